@@ -1,0 +1,10 @@
+# Compile options of the project's own code, carried by one interface target: `zet_compile`.
+add_library(zet_compile INTERFACE)
+target_compile_options(
+  zet_compile INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+                        $<$<CONFIG:Release>:-O3>)
+if(ZET_SANITIZE)
+  target_compile_options(zet_compile INTERFACE -fsanitize=${ZET_SANITIZE} -fno-omit-frame-pointer
+                                               -fno-sanitize-recover=all)
+  target_link_options(zet_compile INTERFACE -fsanitize=${ZET_SANITIZE})
+endif()

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zet {
+
+/// Event mask of a registration, and event word of a delivery: an observer is called when the two share a bit.
+enum DisplayConfigFlag : unsigned {
+    DCFG_FLAG_VALUE = 0x01,   ///< a setting got a value
+    DCFG_FLAG_EVENT = 0x02,   ///< something happened, equal records included
+    DCFG_FLAG_READ = 0x04,    ///< somebody asks for the value
+    DCFG_FLAG_REPLAY = 0x20,  ///< the stored value reaches an observer that registers late
+};
+
+/// One identifier from its low word: the 32-bit 0x9000nnnn, sign-extended.
+constexpr std::int64_t displayConfigId(std::uint32_t lowWord) {
+    return static_cast<std::int32_t>(lowWord);
+}
+
+// Every identifier that the module observes or sets, with the form of its value. "By value" is a 32-bit integer, a
+// 32-bit float or a pointer that the setter goes on owning; a record may be given by its address or as a block.
+
+/// Native window handle, by value; null for none. The setter waits until the surface stands.
+inline constexpr std::int64_t DCFG_WINDOW_INSTANCE = displayConfigId(0x90000001);
+/// `YUV420PData`. The setter waits until the planes are uploaded; the memory is its own again then.
+inline constexpr std::int64_t DCFG_YUV_FRAME = displayConfigId(0x90000002);
+/// No value. Asks for 30 further draws of the current frame. Never blocks.
+inline constexpr std::int64_t DCFG_RENDER_REQUEST = displayConfigId(0x90000003);
+/// `TouchPoint`, surface pixels from the top left corner.
+inline constexpr std::int64_t DCFG_TOUCH_DOWN = displayConfigId(0x90000004);
+/// `TouchPoint`, surface pixels from the top left corner.
+inline constexpr std::int64_t DCFG_TOUCH_UP = displayConfigId(0x90000005);
+/// Float by value: a ratio, above 1 to come nearer.
+inline constexpr std::int64_t DCFG_PINCH = displayConfigId(0x90000006);
+/// `TouchPoint`, surface pixels from the top left corner.
+inline constexpr std::int64_t DCFG_DOUBLE_TAP = displayConfigId(0x90000007);
+/// `DragPoints`, surface pixels from the top left corner.
+inline constexpr std::int64_t DCFG_DRAG = displayConfigId(0x90000008);
+/// Set by the module: its EGL context by value once it stands, null before it goes.
+inline constexpr std::int64_t DCFG_GL_CONTEXT = displayConfigId(0x9000000b);
+/// Int by value: the view, 0 to 10. The setter waits until the view stands.
+inline constexpr std::int64_t DCFG_RENDER_MODE = displayConfigId(0x9000000c);
+/// `SnapData`. The setter waits until the picture is in its buffer.
+inline constexpr std::int64_t DCFG_SNAP = displayConfigId(0x9000000e);
+/// Int by value: what is drawn beside a face, see `FaceOption`. Flat view.
+inline constexpr std::int64_t DCFG_FACE_OPTION = displayConfigId(0x90000010);
+/// `LensParam`. Flat view.
+inline constexpr std::int64_t DCFG_LENS_PARAM = displayConfigId(0x90000012);
+/// `OverlayRect` followed by the NUL-terminated path of a BMP file. Flat view.
+inline constexpr std::int64_t DCFG_OVERLAY_IMAGE = displayConfigId(0x90000013);
+/// Uint32 by value, 0x..RRGGBB: the colour beside the picture. Flat view.
+inline constexpr std::int64_t DCFG_CLEAR_COLOR = displayConfigId(0x90000014);
+/// Float by value: upper bound of the zoom, at most 4.0. Flat view.
+inline constexpr std::int64_t DCFG_MAX_SCALE = displayConfigId(0x90000017);
+/// Float by value: the zoom; the value really applied is written back. `readConfig` reads it. Flat view.
+inline constexpr std::int64_t DCFG_SCALE = displayConfigId(0x90000018);
+/// `AutoRotate`. Dewarping views.
+inline constexpr std::int64_t DCFG_AUTO_ROTATE = displayConfigId(0x9000001a);
+/// `Fling`. Dewarping views.
+inline constexpr std::int64_t DCFG_FLING = displayConfigId(0x9000001b);
+/// Int by value, 0 or not: the opening flight of the half sphere.
+inline constexpr std::int64_t DCFG_OPENING_FLIGHT = displayConfigId(0x9000001c);
+/// `SceneBackdrop`: what stands behind the half sphere.
+inline constexpr std::int64_t DCFG_SCENE_BACKDROP = displayConfigId(0x9000001d);
+/// Uint32 by value: degrees clockwise, 0, 90, 180 or 270, taken modulo 360. Flat view.
+inline constexpr std::int64_t DCFG_ROTATION = displayConfigId(0x9000001e);
+/// Set by the module with the address of the `SnapData` in work: the player fills in its own copy of the frame.
+inline constexpr std::int64_t DCFG_FRAME_READ = displayConfigId(0x9000001f);
+
+}  // namespace zet

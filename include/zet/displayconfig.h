@@ -1,0 +1,189 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "zet/configids.h"
+#include "zet/export.h"
+#include "zet/records.h"
+
+namespace zet {
+
+class DisplayConfigUserData;
+
+template <typename T>
+concept Arithmetic = std::is_arithmetic_v<T>;
+
+/// Bytes to be copied onto the bus.
+struct SizeHelp {
+    const void* data = nullptr;
+    int size = 0;  ///< bytes
+};
+
+/// The configuration bus: 33 slots, one an identifier, each with its value and its observers.
+///
+/// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
+/// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
+/// returns when the last has returned; sets of one identifier wait for each other, sets of different ones do not.
+class ZET_API DisplayConfig {
+public:
+    /// The result is ignored.
+    using Callback = std::function<int(DisplayConfig&, DisplayConfigUserData&)>;
+
+    DisplayConfig();
+    ~DisplayConfig();
+    DisplayConfig(const DisplayConfig&) = delete;
+    DisplayConfig& operator=(const DisplayConfig&) = delete;
+
+    // Each set returns 0, or -1 for an identifier outside the table or an empty block; then nothing has changed.
+
+    int setConfig(std::int64_t id, std::int32_t value);   ///< by value
+    int setConfig(std::int64_t id, std::uint32_t value);  ///< by value
+    int setConfig(std::int64_t id, float value);          ///< by value
+    int setConfig(std::int64_t id, double value);         ///< by value, narrowed to float
+    int setConfig(std::int64_t id, std::nullptr_t);       ///< by value: none
+    /// By value: a native handle, or the address of a record that stays the setter's. A gesture record may be
+    /// changed by the delivery: its coordinates are scaled in place.
+    int setConfig(std::int64_t id, const void* value);
+    int setConfig(std::int64_t id, std::uintptr_t handle);  ///< by value: a native handle that is a number
+    /// Copies `value.size` bytes into a block of the bus.
+    int setConfig(std::int64_t id, const SizeHelp& value);
+    /// Copies a string with its NUL into a block of the bus.
+    int setConfig(std::int64_t id, const char* text);
+    int setConfig(std::int64_t id, const std::string& text);
+    /// Copies the record of a setting into a block of the bus.
+    template <SettingRecord Record>
+    int setConfig(std::int64_t id, const Record* record) {
+        return setConfig(id, SizeHelp{record, static_cast<int>(sizeof(Record))});
+    }
+    /// Copies the pieces one behind the other into a block of the bus: strings with their NUL, `SizeHelp`s, numbers.
+    template <typename First, typename Second, typename... More>
+    int setConfig(std::int64_t id, const First& first, const Second& second, const More&... more) {
+        long datas[] = {address(getData(first)), address(getData(second)), address(getData(more))...};
+        int sizes[] = {getSize(first), getSize(second), getSize(more)...};
+        return setConfigHelp(datas, static_cast<int>(2 + sizeof...(More)), sizes, id);
+    }
+
+    /// Asks the observers of `id` for its value as it stands now. 0 if one has answered, otherwise -1 with `value`
+    /// untouched. `DCFG_SCALE` answers while the flat view is in force.
+    int readConfig(std::int64_t id, float& value);
+
+    /// Adds an observer behind those that are there and returns its handle; null for an identifier outside the table.
+    ///
+    /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
+    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`; it never waits for a set that another thread is in.
+    void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
+    /// Ends a registration and clears `handle`; -1 for a handle that is not in force. Once it has returned no call
+    /// begins; a call that another thread has begun may still be finishing. It never waits for such a call.
+    int unRegistObserver(void*& handle);
+
+    /// What the joining `setConfig` takes of one piece.
+    static const char* getData(const char* text);
+    static int getSize(const char* text);
+    static const void* getData(const SizeHelp& piece);
+    static int getSize(const SizeHelp& piece);
+    static const void* getData(const std::string& text);
+    static int getSize(const std::string& text);
+    template <Arithmetic Number>
+    static const void* getData(const Number& number) {
+        return &number;
+    }
+    template <Arithmetic Number>
+    static int getSize(const Number&) {
+        return static_cast<int>(sizeof(Number));
+    }
+
+private:
+    friend class DisplayConfigUserData;
+
+    static constexpr int slotCount = 33;
+
+    struct DisplayConfigData {
+        DisplayConfigData() = default;
+        ~DisplayConfigData();
+        DisplayConfigData(const DisplayConfigData&) = delete;
+        DisplayConfigData& operator=(const DisplayConfigData&) = delete;
+
+        std::recursive_mutex mutex;  // held by a setter across a delivery
+        std::int64_t configId = 0;
+        void* data = nullptr;
+        void* lastData = nullptr;
+        int state = 0;     // event word of the delivery now running
+        int answered = 0;  // set by an observer that has written `data` itself
+        int size = 0;      // bytes of the block in `data`; 0 for a value
+        int lastSize = 0;
+        std::list<std::shared_ptr<DisplayConfigUserData>> observers;  // empty entries: ended during a delivery
+
+        std::mutex leaf;             // guards the value and the list against threads outside a delivery
+        unsigned version = 0;        // counts the sets; 0 for no value yet
+        int deliveries = 0;          // nested walks over `observers`
+        std::vector<char*> retired;  // blocks that fell out during a nested set, freed when the outermost ends
+    };
+
+    static long address(const void* data) { return reinterpret_cast<long>(data); }
+
+    DisplayConfigData* findSlot(std::int64_t id);
+    int setConfigData(std::int64_t id, void* data, int size);
+    int setConfigHelp(long* datas, int count, int* sizes, std::int64_t id);
+    void doEvent(DisplayConfigData& slot, unsigned event);
+    void replay(DisplayConfigData& slot, const DisplayConfigUserData& registration);
+
+    DisplayConfigData _slots[slotCount];
+};
+
+/// A registration, as its observer sees it. The accessors read the slot as it stands; call them inside the delivery.
+class ZET_API DisplayConfigUserData {
+public:
+    void* getUserData() const { return _userData; }
+    unsigned getFlag() const { return _flag; }
+    void* getUnRegistHandle() const { return _unRegistHandle; }
+    std::int64_t getConfigId() const;
+    /// The value: a word by value, or the address of a record.
+    void* getData() const;
+    void* lastData() const;
+    /// Event word of the delivery, `DisplayConfigFlag` bits.
+    int getState() const;
+
+    std::int32_t getInt() const;  ///< the word by value as int
+    float getFloat() const;       ///< the word by value as the bits of a float
+    /// Writes the value that is really in force back into the slot and marks it as answered.
+    void answer(float value);
+
+private:
+    friend class DisplayConfig;
+
+    void* _userData = nullptr;
+    unsigned _flag = 0;
+    void* _unRegistHandle = nullptr;
+    DisplayConfig::DisplayConfigData* _slot = nullptr;
+    void* _reserved = nullptr;
+    DisplayConfig::Callback _callback;
+};
+
+/// Base of every object that observes the bus: its registrations end with it.
+class ZET_API DisplayConfigKit {
+public:
+    explicit DisplayConfigKit(DisplayConfig* config);
+    DisplayConfigKit(const DisplayConfigKit& other);
+    DisplayConfigKit& operator=(const DisplayConfigKit& other);
+    virtual ~DisplayConfigKit();
+
+    /// Registers an observer that ends with this object, with no user data. Always 0.
+    int regist(std::int64_t id, const DisplayConfig::Callback& callback, int flag);
+
+protected:
+    /// Ends all registrations in their order. Always 0.
+    int unRegistAll();
+
+    std::vector<void*> _handles;
+    DisplayConfig* _config;
+};
+
+}  // namespace zet

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <string>
+
+#include "zet/export.h"
+
+namespace zet {
+
+class IZETMediaPlayer;
+
+/// Settings that all displays of a player share, as far as the display module reads them.
+struct MVConfigerBaseData {
+    std::atomic<int> rectZoom = 0;  ///< not 0: the flat view zooms to the first rectangle of a frame
+};
+
+/// Observer interface of the player-wide settings; the display module has no observer of its own.
+class ZET_API GlobalConfigObserver {
+public:
+    virtual ~GlobalConfigObserver() = default;
+    virtual void GlobalConfigObserverUpdate(unsigned int, void*) {}
+};
+
+/// The player-wide settings that `CreateZETDisplay` takes beside the bus. The player owns it and keeps it alive
+/// longer than its displays. Any thread.
+class ZET_API GlobalConfiger {
+public:
+    /// Code, error name, source file and line of the one failure that the module reports; on the render thread.
+    using ErrorCallback = std::function<void(int code, const std::string& error, const std::string& file, int line)>;
+
+    GlobalConfiger();
+    ~GlobalConfiger();
+    GlobalConfiger(const GlobalConfiger&) = delete;
+    GlobalConfiger& operator=(const GlobalConfiger&) = delete;
+
+    // What the player says.
+
+    /// A font file that FreeType can open, for labels and timestamps; empty for none.
+    void setFontPath(const std::string& path);
+    /// Base time of the timestamp in a snapshot, milliseconds since 1970-01-01 UTC; 0 for no timestamp.
+    void setStartTime4WaterMarker(std::int64_t milliseconds);
+    void setRectZoom(bool on);
+    void setErrorCallback(const ErrorCallback& callback);
+    void setPlayer(IZETMediaPlayer* player);
+
+    // What the module asks.
+
+    /// Path of the font file, never null. The characters stay valid until the same thread asks again.
+    char* GetFontPath();
+    std::int64_t GetStartTime4WaterMarker();
+    MVConfigerBaseData& GetConfigBaseData();
+    /// Hands an error to the player; 0 if the player listens, otherwise -1.
+    int onErrorCallback(int code, const std::string& error, const std::string& file, int line);
+    std::recursive_mutex& getMutex();
+
+private:
+    std::recursive_mutex _mutex;
+    IZETMediaPlayer* _player = nullptr;
+    MVConfigerBaseData _baseData;
+    std::int64_t _startTime = 0;
+    std::string _fontPath;
+    ErrorCallback _errorCallback;
+};
+
+}  // namespace zet

@@ -1,0 +1,132 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+
+namespace zet {
+
+/// What `YUV420PData::aiItems` holds.
+enum AiKind : int { AI_KIND_FACES = 1, AI_KIND_RECTS = 2 };
+
+/// One face of a frame. Rectangles are pixels of the picture, origin at its top left corner.
+struct FaceItem {
+    std::int32_t reserved = 0;
+    std::int32_t gender = 0;  ///< 0 female, anything else male
+    std::uint32_t age = 0;    ///< years
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    char name[32] = {};  ///< printable ASCII, NUL-terminated
+};
+static_assert(sizeof(FaceItem) == 60);
+
+/// One rectangle of a frame, in pixels of the picture, origin at its top left corner.
+struct RectItem {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int32_t reserved = 0;
+};
+static_assert(sizeof(RectItem) == 20);
+
+/// A decoded picture in planar YUV 4:2:0, full-range BT.601, top row first: value of `DCFG_YUV_FRAME`.
+///
+/// Everything that it points to belongs to the setter and is read only until the set returns. `yLineSize` must be a
+/// multiple of 4 and `uvLineSize` of 2, `height` even. A record that breaks this, lacks a plane or is larger than
+/// the GL allows is refused: the last picture stays.
+struct YUV420PData {
+    const std::uint8_t* y = nullptr;
+    const std::uint8_t* u = nullptr;
+    const std::uint8_t* v = nullptr;
+    int yLineSize = 0;   ///< bytes per line of `y`, at least `width`
+    int uvLineSize = 0;  ///< bytes per line of `u` and of `v`, at least half of `width`
+    int reserved = 0;
+    int width = 0;                    ///< pixels
+    int height = 0;                   ///< pixels
+    int aiCount = 0;                  ///< items in `aiItems`, 0 for none
+    const void* aiItems = nullptr;    ///< `FaceItem` or `RectItem`, by `aiKind`
+    const int* aiKind = nullptr;      ///< an `AiKind`; read only if `aiCount` is not 0
+    const int* lensRegion = nullptr;  ///< centre x, y, radius x, y of the lens circle in 1/10000 of width or height
+};
+
+/// Value of `DCFG_SNAP`: in what is asked for and where it goes, out how large it became.
+struct SnapData {
+    int sourceFrame = 0;             ///< in: 0 what the window shows, anything else the frame itself
+    std::uint8_t* buffer = nullptr;  ///< in: RGBA, `width * height * 4` bytes, rows without padding
+    int bufferSize = 0;              ///< in: bytes
+    int width = 0;                   ///< out: pixels
+    int height = 0;                  ///< out: pixels
+    int postProcess = 0;             ///< in: not 0 for top row first, with the timestamp burned in
+    int timeOffset = 0;              ///< in: milliseconds added to the start time of the timestamp
+};
+
+/// Value of `DCFG_TOUCH_DOWN`, `DCFG_TOUCH_UP`, `DCFG_DOUBLE_TAP`: surface pixels, origin at the top left corner.
+struct TouchPoint {
+    float x = 0;
+    float y = 0;
+};
+
+/// Value of `DCFG_DRAG`: from the first point to the second.
+struct DragPoints {
+    float x1 = 0;
+    float y1 = 0;
+    float x2 = 0;
+    float y2 = 0;
+};
+
+/// Value of `DCFG_FLING`: surface pixels per drawn frame.
+struct Fling {
+    float vx = 0;
+    float vy = 0;
+};
+
+/// Value of `DCFG_AUTO_ROTATE`.
+struct AutoRotate {
+    std::int32_t enable = 0;  ///< not 0 turns the rotation on
+    float speed = 0;          ///< degrees per drawn frame
+};
+
+/// Value of `DCFG_SCENE_BACKDROP`: two truth values.
+struct SceneBackdrop {
+    std::int32_t backdrop = 0;
+    std::int32_t stars = 0;
+};
+
+/// Value of `DCFG_LENS_PARAM`: radial and tangential distortion after D. C. Brown, "Decentering distortion of
+/// lenses" (1966), in texture coordinates (0 to 1, origin at the top left corner), and margins of the picture.
+struct LensParam {
+    double k1 = 0;  ///< radial; 0 switches the correction off, the margins stay
+    double k2 = 0;
+    double k3 = 0;
+    double p1 = 0;  ///< tangential
+    double p2 = 0;
+    double fx = 1;  ///< focal length
+    double fy = 1;
+    double ox = 0.5;  ///< optical centre
+    double oy = 0.5;
+    double bottomMargin = 0;  ///< added to the bottom edge, 1
+    double leftMargin = 0;    ///< added to the left edge, 0
+    double topMargin = 0;     ///< added to the top edge, 0
+    double rightMargin = 0;   ///< added to the right edge, 1
+};
+static_assert(sizeof(LensParam) == 104);
+
+/// Head of the value of `DCFG_OVERLAY_IMAGE`, the path follows: shares of the picture, origin at its top left corner.
+struct OverlayRect {
+    float x = 0;
+    float y = 0;
+    float width = 0;
+    float height = 0;
+};
+
+/// Option bits of `DCFG_FACE_OPTION`.
+enum FaceOption : int { FACE_BOX = 1, FACE_GENDER = 2, FACE_AGE = 4, FACE_NAME = 8 };
+
+/// Settings whose record the bus keeps, so that a view that is made later still finds it.
+template <typename T>
+concept SettingRecord = std::same_as<T, Fling> || std::same_as<T, AutoRotate> || std::same_as<T, SceneBackdrop> ||
+    std::same_as<T, LensParam>;
+
+}  // namespace zet

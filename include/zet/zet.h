@@ -1,0 +1,11 @@
+#pragma once
+
+// Everything that a player needs of the display module.
+
+#include "zet/clogcollection.h"
+#include "zet/configids.h"
+#include "zet/displayconfig.h"
+#include "zet/globalconfiger.h"
+#include "zet/records.h"
+#include "zet/zetdisplay.h"
+#include "zet/zetlog.h"

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace zetplay {
+
+/// A failure that ends the run with status 1; the text is the one line for standard error.
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// One picture as the module takes it: full-range BT.601 YUV 4:2:0, top row first, line sizes multiples of 4.
+struct Picture {
+    int width = 0;   ///< pixels, even
+    int height = 0;  ///< pixels, even
+    int yLineSize = 0;
+    int uvLineSize = 0;
+    std::vector<std::uint8_t> y;
+    std::vector<std::uint8_t> u;
+    std::vector<std::uint8_t> v;
+    std::int64_t number = 0;  ///< counts from 0 at the start of the input
+    double seconds = 0;       ///< presentation time from the start of the input
+};
+
+/// Where pictures come from: a file, or the synthetic camera.
+class Source {
+public:
+    virtual ~Source() = default;
+
+    /// The next picture, written over `picture` so that its memory is used again; false at the end of the input.
+    /// Throws `Failure` where the input is damaged; what was decoded until then has been given.
+    virtual bool next(Picture& picture) = 0;
+    /// Back to the first picture.
+    virtual void rewind() = 0;
+    /// One picture and no more: a still.
+    virtual bool still() const = 0;
+    /// Pictures a second, as far as the input says; 0 if unknown.
+    virtual double frameRate() const = 0;
+    /// Name for the title of the window.
+    virtual std::string name() const = 0;
+};
+
+/// A file that FFmpeg opens. Throws `Failure` if it is missing, empty, not decodable or has no picture.
+std::unique_ptr<Source> openMedia(const std::string& path);
+
+enum class Mount { ceiling, wall };
+
+struct SyntheticSize {
+    int width = 1920;
+    int height = 1920;
+    double frameRate = 30;
+};
+
+/// The built-in fisheye camera: an equidistant 180-degree lens in a small textured room. The same picture for the
+/// same number, without end.
+std::unique_ptr<Source> openSynthetic(const SyntheticSize& size, Mount mount);
+
+}  // namespace zetplay
