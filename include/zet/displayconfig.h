@@ -151,6 +151,15 @@ public:
     /// Event word of the delivery, `DisplayConfigFlag` bits.
     int getState() const;
 
+    /// Bytes of the block that `getData` points to; 0 if the value is a word.
+    int getBlockSize() const;
+
+    /// The value as a record; null if there is none or its block is too short for one.
+    template <typename Record>
+    Record* getRecord() const {
+        const bool whole = getBlockSize() == 0 || getBlockSize() >= static_cast<int>(sizeof(Record));
+        return whole ? static_cast<Record*>(getData()) : nullptr;
+    }
     std::int32_t getInt() const;  ///< the word by value as int
     float getFloat() const;       ///< the word by value as the bits of a float
     /// Writes the value that is really in force back into the slot and marks it as answered.

@@ -1,0 +1,128 @@
+// The bus's storage: what lies behind registration, replay, set and read.
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <utility>
+
+#include "zet/displayconfig.h"
+
+namespace zet {
+
+namespace {
+
+// A number that never comes again, so that a handle which has outlived its registration ends no other one.
+void* newHandle() {
+    static std::atomic<std::uintptr_t> last = 0;
+    return reinterpret_cast<void*>(++last);
+}
+
+}  // namespace
+
+DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
+    const std::int64_t index = id - displayConfigId(0x90000000);
+    return index >= 0 && index < slotCount ? &_slots[index] : nullptr;
+}
+
+int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
+    DisplayConfigData* const slot = findSlot(id);
+    if (!slot) {
+        if (size != 0) delete[] static_cast<char*>(data);
+        return -1;
+    }
+    const std::lock_guard delivery(slot->mutex);
+    char* fallen = nullptr;
+    {
+        const std::lock_guard leaf(slot->leaf);
+        if (slot->lastSize != 0) fallen = static_cast<char*>(slot->lastData);
+        if (fallen && slot->deliveries > 0) {
+            // Set from inside this slot's own delivery: an observer further out may still be reading the block.
+            slot->retired.push_back(fallen);
+            fallen = nullptr;
+        }
+        slot->configId = id;
+        slot->lastData = slot->data;
+        slot->lastSize = slot->size;
+        slot->data = data;
+        slot->size = size;
+        ++slot->version;
+        if (slot->version == 0) slot->version = 1;
+    }
+    delete[] fallen;
+    doEvent(*slot, DCFG_FLAG_VALUE | DCFG_FLAG_EVENT);
+    return 0;
+}
+
+int DisplayConfig::readConfig(std::int64_t id, float& value) {
+    DisplayConfigData* const slot = findSlot(id);
+    if (!slot) return -1;
+    const std::lock_guard delivery(slot->mutex);
+    slot->answered = 0;
+    doEvent(*slot, DCFG_FLAG_READ);
+    if (!slot->answered) return -1;
+    DisplayConfigUserData word;
+    word._slot = slot;
+    value = word.getFloat();
+    return 0;
+}
+
+void* DisplayConfig::registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag) {
+    DisplayConfigData* const slot = findSlot(id);
+    if (!slot || !callback) return nullptr;
+    const auto registration = std::make_shared<DisplayConfigUserData>();
+    registration->_userData = userData;
+    registration->_flag = flag;
+    registration->_unRegistHandle = newHandle();
+    registration->_slot = slot;
+    registration->_callback = callback;
+    {
+        const std::lock_guard leaf(slot->leaf);
+        slot->configId = id;
+        slot->observers.push_back(registration);
+    }
+    if (flag & DCFG_FLAG_REPLAY) replay(*slot, *registration);
+    return registration->_unRegistHandle;
+}
+
+int DisplayConfig::unRegistObserver(void*& handle) {
+    void* const ended = std::exchange(handle, nullptr);
+    if (!ended) return -1;
+    for (DisplayConfigData& slot : _slots) {
+        std::shared_ptr<DisplayConfigUserData> registration;  // goes after the lock
+        const std::lock_guard leaf(slot.leaf);
+        const auto found = std::find_if(slot.observers.begin(), slot.observers.end(), [ended](const auto& entry) {
+            return entry && entry->_unRegistHandle == ended;
+        });
+        if (found == slot.observers.end()) continue;
+        registration.swap(*found);
+        if (slot.deliveries == 0) slot.observers.erase(found);
+        return 0;
+    }
+    return -1;
+}
+
+void DisplayConfig::replay(DisplayConfigData& slot, const DisplayConfigUserData& registration) {
+    // The delivery lock is not taken: a setter that waits for this very thread may be holding it. The value is
+    // delivered from a slot of its own instead, and once more if a set has overtaken it, so that the newest comes last.
+    for (unsigned delivered = 0;;) {
+        DisplayConfigData copy;
+        {
+            const std::lock_guard leaf(slot.leaf);
+            if (slot.version == delivered) return;
+            delivered = slot.version;
+            copy.configId = slot.configId;
+            copy.data = slot.data;
+            if (slot.size != 0) {
+                copy.data = new char[static_cast<std::size_t>(slot.size)];
+                std::memcpy(copy.data, slot.data, static_cast<std::size_t>(slot.size));
+                copy.size = slot.size;
+            }
+        }
+        copy.state = DCFG_FLAG_REPLAY;
+        DisplayConfigUserData seen = registration;
+        seen._slot = &copy;
+        seen._callback(*this, seen);
+    }
+}
+
+}  // namespace zet

@@ -1,0 +1,26 @@
+#include "zet/displayconfig.h"
+
+namespace zet {
+
+DisplayConfigKit::DisplayConfigKit(DisplayConfig* config) : _config(config) {}
+
+DisplayConfigKit::DisplayConfigKit(const DisplayConfigKit& other) = default;
+
+DisplayConfigKit& DisplayConfigKit::operator=(const DisplayConfigKit& other) = default;
+
+DisplayConfigKit::~DisplayConfigKit() {
+    unRegistAll();
+}
+
+int DisplayConfigKit::regist(std::int64_t id, const DisplayConfig::Callback& callback, int flag) {
+    _handles.push_back(_config->registObserver(id, callback, nullptr, static_cast<unsigned>(flag)));
+    return 0;
+}
+
+int DisplayConfigKit::unRegistAll() {
+    for (void* handle : _handles) _config->unRegistObserver(handle);
+    _handles.clear();
+    return 0;
+}
+
+}  // namespace zet
