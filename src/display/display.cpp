@@ -1,0 +1,89 @@
+// The display's life, and its observers: what happens on the threads of others.
+
+#include "display/display.h"
+
+#include "render/render.h"
+#include "zet/zetdisplay.h"
+#include "zet/zetlog.h"
+
+namespace zet {
+
+std::shared_ptr<DisplayConfigKit> CreateZETDisplay(DisplayConfig* config, GlobalConfiger* global) {
+    if (!config) return nullptr;
+    return std::make_shared<ZETShow::Display>(config, global);
+}
+
+namespace ZETShow {
+
+Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), _globalConfiger(global) {
+    ZETLog::instance().error("Display::Display begin");
+    _door->open();
+    run();
+    // The mode before the window: a replay of both makes the view for the right mode.
+    observe(DCFG_RENDER_MODE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onRenderModeChange);
+    observe(DCFG_WINDOW_INSTANCE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onWindowInstance);
+    observe(DCFG_RENDER_REQUEST, DCFG_FLAG_EVENT, &Display::onRenderRequest);
+    observe(DCFG_YUV_FRAME, DCFG_FLAG_EVENT, &Display::onRenderYUV420PData);
+    observe(DCFG_SNAP, DCFG_FLAG_EVENT, &Display::onGetSnap);
+    ZETLog::instance().error("Display::Display end");
+}
+
+Display::~Display() {
+    ZETLog::instance().error("Display::~Display begin");
+    {
+        const std::lock_guard lock(_mutex);
+        _exitRequested = 1;
+        _paceCond.notifyOne();
+        _idleCond.notifyOne();
+    }
+    _thread.join();
+    _taskDoneCond.notifyAll();
+    unRegistAll();
+    _door->close();  // the threads that have just been released from postTask are still on their way out
+    ZETLog::instance().error("Display::~Display end");
+}
+
+void Display::observe(std::int64_t id, unsigned mask, Observer observer) {
+    const auto pass = [this, door = _door, observer](DisplayConfig& config, DisplayConfigUserData& delivery) {
+        const Door::Pass inside(*door);
+        return inside ? (this->*observer)(config, delivery) : 0;
+    };
+    regist(id, pass, static_cast<int>(mask));
+}
+
+int Display::onRenderModeChange(DisplayConfig&, DisplayConfigUserData& delivery) {
+    ZETLog::instance().error("Display::onRenderModeChange mode: %d", delivery.getInt());
+    postTask([this, &delivery] { return modeTask(delivery); });
+    return 0;
+}
+
+int Display::onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery) {
+    ZETLog::instance().error("Display::onWindowInstance begin surface: %p", delivery.getData());
+    _window = delivery.getData();
+    postTask([this, &delivery] { return windowTask(delivery); });
+    ZETLog::instance().error("Display::onWindowInstance end");
+    return 0;
+}
+
+int Display::onRenderRequest(DisplayConfig&, DisplayConfigUserData&) {
+    _redrawCount = drawsPerRequest;
+    _idleCond.notifyOne();
+    return 0;
+}
+
+int Display::onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery) {
+    // Two pointers: a callable this small is queued without an allocation.
+    postTask([this, &delivery] { return frameTask(delivery); });
+    return 0;
+}
+
+int Display::onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery) {
+    ZETLog::instance().error("Display::onGetSnap begin");
+    postTask([this, &delivery] { return snapTask(delivery); });
+    ZETLog::instance().error("Display::onGetSnap end");
+    return 0;
+}
+
+}  // namespace ZETShow
+
+}  // namespace zet

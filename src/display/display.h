@@ -1,0 +1,127 @@
+#pragma once
+
+#include <EGL/egl.h>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "config/door.h"
+#include "config/relaxed.h"
+#include "display/condition.h"
+#include "display/displaycommon.h"
+#include "zet/displayconfig.h"
+#include "zet/globalconfiger.h"
+
+namespace zet::ZETShow {
+
+class Render;
+
+/// What the player holds: one render thread with its EGL objects, the current frame and the view that draws it.
+///
+/// Commands arrive over the bus on the setters' threads; what touches EGL, GL or the frame is posted to the render
+/// thread, which holds `_mutex` whenever it isn't waiting. Lock order: a slot of the bus, `_mutex`, a condition's own.
+class Display final : public DisplayConfigKit {
+public:
+    Display(DisplayConfig* config, GlobalConfiger* global);
+    /// Any thread but the render thread.
+    ~Display() override;
+
+    /// Runs `task` on the render thread and returns when it has run or the display has stopped: the result of `task`
+    /// if this is the render thread, otherwise 0. Any thread; off the render thread hold a pass while in here.
+    int postTask(const std::function<int()>& task);
+    /// What keeps the display whole for a thread that is about to post. Any thread.
+    Door::Pass enter() { return Door::Pass(*_door); }
+
+    GlobalConfiger* globalConfiger() const { return _globalConfiger; }
+
+private:
+    using Observer = int (Display::*)(DisplayConfig&, DisplayConfigUserData&);
+
+    // display.cpp: life and observers
+    void observe(std::int64_t id, unsigned mask, Observer observer);
+    int onRenderModeChange(DisplayConfig&, DisplayConfigUserData& delivery);   // Setter's thread.
+    int onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery);     // Setter's thread.
+    int onRenderRequest(DisplayConfig&, DisplayConfigUserData&);               // Any thread.
+    int onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery);  // Setter's thread.
+    int onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery);            // Setter's thread.
+
+    // displaythread.cpp: the render thread's body and its waits
+    int run();
+    void renderLoop();
+    void drawOwed();
+    void waitForPace();
+    void waitForWork();
+    void runTasks();
+    bool drawIsOwed() const { return _frameReady || _redrawCount > 0; }
+
+    // displayegl.cpp. Render thread.
+    int init();
+    int unInit();
+    int makeCurrent();
+    int swapBuffers();
+    int windowTask(const DisplayConfigUserData& delivery);
+    void dropSurface();
+
+    // displayframe.cpp. Render thread.
+    int frameTask(const DisplayConfigUserData& delivery);
+    int modeTask(const DisplayConfigUserData& delivery);
+    bool frameIsSound(const YUV420PData& frame);
+    void uploadFrame(const YUV420PData& frame);
+    void copyItems(const YUV420PData& frame);
+    void updateCropParam(const int* lensRegion);
+    int notifyFrameReady();
+    int drawFrame();
+    void drawPicture();
+
+    // displaysnap.cpp. Render thread.
+    int snapTask(const DisplayConfigUserData& delivery);
+
+    static constexpr int drawsPerRequest = 30;
+
+    const std::shared_ptr<Door> _door = std::make_shared<Door>();
+
+    // The render thread and its mailbox: all but the atomics change only under `_mutex`.
+    std::thread _thread;
+    std::recursive_mutex _mutex;  // held by the render thread whenever it isn't waiting
+    std::thread::id _renderThreadId;
+    Condition _idleCond;
+    Condition _paceCond;
+    int _exitRequested = 0;
+    int _threadEnded = 0;               // no task runs from now on
+    int _frameReady = 0;                // a frame has been uploaded and not yet drawn
+    std::atomic<int> _redrawCount = 0;  // draws owed without a new frame
+    int _hasTask = 0;                   // `_tasks` is not empty or is being run
+    std::vector<std::function<int()>> _tasks;
+    Condition _taskDoneCond;
+    Condition::Clock::time_point _lastDraw;
+
+    // The frame and its view. Render thread.
+    const float _touchScale = 1.0f;
+    int _surfaceWidth = 0;  // pixels, as of the last draw
+    int _surfaceHeight = 0;
+    int _videoWidth = 0;  // pixels of the current frame
+    int _lineSize = 0;
+    int _videoHeight = 0;
+    int _renderMode = 0;
+    std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
+    int _uvBufferSize = 0;                      // bytes in use by the last frame
+    bool _refusing = false;                     // the last frame was refused, and that has been said
+    Texture _texture;
+    std::shared_ptr<Render> _render;
+    GlobalConfiger* const _globalConfiger;
+
+    // EGL. Render thread, except that a setter writes `_window`.
+    EGLDisplay _eglDisplay = nullptr;
+    EGLSurface _eglSurface = nullptr;
+    EGLConfig _eglConfig = nullptr;
+    EGLContext _eglContext = nullptr;
+    bool _eglInitialized = false;  // this display counts as a user of `_eglDisplay`
+    Relaxed<void*> _window = nullptr;
+};
+
+}  // namespace zet::ZETShow

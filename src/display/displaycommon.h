@@ -1,0 +1,62 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+
+#include <string>
+#include <vector>
+
+namespace zet::ZETShow {
+
+/// A face of the current frame, in pixels of the picture, origin at its top left corner.
+struct FaceInfo {
+    std::string name;
+    int gender = 0;  // 0 female, anything else male
+    unsigned age = 0;
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// A rectangle of the current frame, in pixels of the picture, origin at its top left corner.
+struct ZoomRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// Region of interest in pixels of the picture, origin at its first row.
+struct CropParam {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const CropParam&) const = default;
+};
+
+/// The current frame: its GL textures and what was found in it. Render thread.
+struct Texture {
+    Texture() = default;
+    Texture(const Texture&) = delete;
+    Texture& operator=(const Texture&) = delete;
+
+    /// Redefines one plane from tightly packed rows of `width` texels, top row first.
+    void upload(int index, const void* data, GLenum format, int width, int height);
+    /// Deletes the planes' textures and forgets their names.
+    void clear();
+
+    GLuint textures[3] = {};      // planes: Y as luminance, U and V as luminance and alpha; the third stays 0
+    GLuint cropTextures[3] = {};  // first: the cropped picture, a texture that the view owns
+    int textureSize = 0;          // planes in force: 2 for a frame, 1 for one RGBA picture
+    GLuint* current = textures;   // the array in force
+    std::vector<FaceInfo> faces;
+    std::vector<ZoomRect> rects;
+    CropParam cropParam;
+};
+
+/// Logs and clears what glGetError holds.
+void checkGlError(const char* file, int line);
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,81 @@
+// The render thread's body, its two waits, and how other threads run code on it.
+
+#include "display/display.h"
+#include "zet/zetlog.h"
+
+namespace zet::ZETShow {
+
+using std::chrono::milliseconds;
+
+namespace {
+
+constexpr milliseconds drawPace{17};  // least time from the end of a draw to the start of the next
+
+}  // namespace
+
+int Display::run() {
+    _thread = std::thread([this] { renderLoop(); });
+    return 0;
+}
+
+void Display::renderLoop() {
+    ZETLog::instance().error("Display::run begin");
+    _lastDraw = Condition::Clock::now();
+    const std::lock_guard lock(_mutex);
+    _renderThreadId = std::this_thread::get_id();
+    init();
+    while (!_exitRequested) {
+        if (!_hasTask) drawOwed();
+        waitForWork();
+        if (_hasTask) runTasks();
+    }
+    unInit();
+    _threadEnded = 1;
+    _renderThreadId = {};  // another thread may be given this one's id
+    ZETLog::instance().error("Display::run end");
+}
+
+void Display::drawOwed() {
+    while (!_exitRequested && drawIsOwed()) {
+        if (_redrawCount > 0) --_redrawCount;
+        waitForPace();
+        if (_hasTask) return;
+        drawFrame();
+        _lastDraw = Condition::Clock::now();
+        _frameReady = 0;
+    }
+}
+
+void Display::waitForPace() {
+    const auto now = Condition::Clock::now();
+    const auto elapsed = std::chrono::duration_cast<milliseconds>(now - _lastDraw);
+    if (elapsed >= drawPace) return;
+    _paceCond.waitWhileUntil(_mutex, now + (drawPace - elapsed), [this] { return !_exitRequested && !_hasTask; });
+}
+
+void Display::waitForWork() {
+    _idleCond.waitWhile(_mutex, [this] { return !drawIsOwed() && !_exitRequested && !_hasTask; });
+}
+
+void Display::runTasks() {
+    for (const auto& task : _tasks) task();
+    _tasks.clear();
+    _hasTask = 0;
+    _taskDoneCond.notifyAll();
+}
+
+int Display::postTask(const std::function<int()>& task) {
+    std::unique_lock lock(_mutex);
+    if (_renderThreadId == std::this_thread::get_id()) return task();
+    if (_threadEnded) return 0;
+    _hasTask = 1;
+    _tasks.push_back(task);
+    _idleCond.notifyOne();
+    _paceCond.notifyOne();
+    // Not only until the exit is asked for: the thread runs what is queued on its way out, and the task may use what
+    // stands on this thread's stack.
+    _taskDoneCond.waitWhile(lock, [this] { return _hasTask && !_threadEnded; });
+    return 0;
+}
+
+}  // namespace zet::ZETShow

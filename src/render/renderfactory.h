@@ -1,0 +1,16 @@
+#pragma once
+
+#include <memory>
+
+#include "zet/displayconfig.h"
+
+namespace zet::ZETShow {
+
+class Display;
+class Render;
+
+/// The view of a mode number, complete and reached by the bus; empty for a number that has none and for a view that
+/// can't be initialised. Render thread, with the context current.
+std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touchScale, Display* display);
+
+}  // namespace zet::ZETShow

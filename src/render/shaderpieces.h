@@ -1,0 +1,18 @@
+#pragma once
+
+// The GLSL that all programs of a frame share. A fragment stage is joined from a precision line, `frameDeclarations`,
+// what the view adds, `yuvSampling` and the view's main.
+
+namespace zet::ZETShow {
+
+/// Reads a_position, a_texCoord and u_mapMatrix; leaves v_texCoord.
+extern const char* const frameVertexStage;
+
+/// Declares y_texture, uv_texture, planeSize and v_texCoord.
+extern const char* const frameDeclarations;
+
+/// `vec4 samplePicture(vec2 tc)`: the picture at tc (0 to 1, origin at the first row), from one RGBA texture where
+/// planeSize is 1, otherwise from Y and interleaved UV by full-range BT.601 (ITU-R BT.601, JFIF).
+extern const char* const yuvSampling;
+
+}  // namespace zet::ZETShow
