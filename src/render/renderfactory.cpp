@@ -1,0 +1,39 @@
+#include "render/renderfactory.h"
+
+#include "views/commonrender.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+// A view and its reference count in one allocation. The view retires before its destructor begins, so that no
+// gesture runs in one that is half gone.
+template <typename View>
+struct Stand {
+    template <typename... Arguments>
+    explicit Stand(Arguments... arguments) : view(arguments...) {}
+    ~Stand() { view.retire(); }
+
+    View view;
+};
+
+template <typename View, typename... Arguments>
+std::shared_ptr<Render> make(Arguments... arguments) {
+    const auto stand = std::make_shared<Stand<View>>(arguments...);
+    if (stand->view.init() != 0) return nullptr;
+    stand->view.goLive();
+    return {stand, &stand->view};
+}
+
+}  // namespace
+
+std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touchScale, Display* display) {
+    switch (mode) {
+        case 0:
+            return make<CommonRender>(config, touchScale, display);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace zet::ZETShow
