@@ -1,0 +1,280 @@
+// What a person sees: the whole picture, as large as the window allows, with bars of the clear colour beside it. A
+// pinch zooms by one step, a drag moves the zoomed picture, a double tap flies to the full zoom and back. The picture
+// turns in steps of 90 degrees, and a lens record straightens what the lens has bent. Where an analysis stage marks a
+// rectangle and the player allows it, the picture zooms to it, with the whole frame small in the lower right corner.
+
+#include "views/commonrender.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "render/program.h"
+#include "render/shaderpieces.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+// Reads the nine lens uniforms; bends a coordinate of the corrected picture to where the lens put it. The model of
+// D. C. Brown, "Decentering distortion of lenses" (1966).
+const char* const lensStep = R"(
+uniform float k1;
+uniform float k2;
+uniform float k3;
+uniform float p1;
+uniform float p2;
+uniform float fx;
+uniform float fy;
+uniform float ox;
+uniform float oy;
+vec2 throughLens(vec2 v) {
+    if (k1 == 0.0) return v;
+    float x0 = (v.x - ox) / fx;
+    float y0 = (v.y - oy) / fy;
+    float r2 = x0 * x0 + y0 * y0;
+    float r4 = r2 * r2;
+    float r6 = r4 * r2;
+    float radial = 1.0 + k1 * r2 + k2 * r4 + k3 * r6;
+    float x = x0 * radial + 2.0 * p1 * x0 * y0 + p2 * (r2 + 2.0 * x0 * x0);
+    float y = y0 * radial + 2.0 * p2 * x0 * y0 + p1 * (r2 + 2.0 * y0 * y0);
+    return vec2(x * fx + ox, y * fy + oy);
+}
+)";
+
+const char* const mainStep = R"(
+void main() {
+    vec2 trueTexCoord = throughLens(v_texCoord);
+    gl_FragColor = samplePicture(trueTexCoord);
+}
+)";
+
+const char* const lensNames[] = {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"};
+
+constexpr float correctedHeight = 0.83f;  // share of the frame's height that a corrected picture is fitted with
+constexpr float nearPlane = 1.0f;         // the camera stands as far from the quad, so that it fills the view
+constexpr float farPlane = 30.0f;
+constexpr float insetScale = 0.3f;   // of the view
+constexpr float insetOffset = 0.7f;  // view units, right and down
+
+bool within(float value, float end) {
+    return value >= 0.0f && value <= end;
+}
+
+}  // namespace
+
+CommonRender::CommonRender(DisplayConfig* config, float touchScale, Display* display)
+    : Render(config, touchScale, display) {}
+
+int CommonRender::init() {
+    glDisable(GL_DEPTH_TEST);
+    const int created = createProgram();
+    registerObservers();
+    return created;
+}
+
+int CommonRender::createProgram() {
+    const std::string fragmentStage =
+        std::string("precision mediump float;\n") + frameDeclarations + lensStep + yuvSampling + mainStep;
+    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
+    if (_program == 0) return -1;
+    fetchProgramLocations();
+    setQuad(0.0f, 1.0f, 1.0f, 0.0f);
+    for (int i = 0; i < 9; ++i) _lensLocs[i] = glGetUniformLocation(_program, lensNames[i]);
+    glUseProgram(_program);
+    glUniform1f(_lensLocs[0], 0.0f);  // no correction until a lens record comes
+    return 0;
+}
+
+void CommonRender::registerObservers() {
+    constexpr unsigned setting = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
+    observe(DCFG_SCALE, setting | DCFG_FLAG_READ,
+            [this](DisplayConfigUserData& delivery) { return onScale(delivery); });
+    observe(DCFG_MAX_SCALE, setting, [this](DisplayConfigUserData& delivery) {
+        if (!std::isfinite(delivery.getFloat())) return RENDER_NOT_HANDLED;
+        _motion.setMaxScale(delivery.getFloat());
+        return 0;
+    });
+    observeOnRenderThread(DCFG_LENS_PARAM, setting, [this](DisplayConfigUserData& delivery) {
+        return setLensParam(delivery.getRecord<const LensParam>());
+    });
+    observeOnRenderThread(DCFG_CLEAR_COLOR, setting, [](DisplayConfigUserData& delivery) {
+        const auto color = static_cast<unsigned>(delivery.getInt());
+        const auto channel = [color](int shift) { return static_cast<float>((color >> shift & 0xff) / 255.0); };
+        glClearColor(channel(16), channel(8), channel(0), 1.0f);
+        return RENDER_NOT_HANDLED;
+    });
+    observe(DCFG_ROTATION, setting, [this](DisplayConfigUserData& delivery) {
+        _rotation = static_cast<unsigned>(delivery.getInt()) % 360u;
+        return 0;
+    });
+}
+
+int CommonRender::render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) {
+    const unsigned rotation = _rotation;
+    if (rotation == 90 || rotation == 270) std::swap(frameWidth, frameHeight);
+    rotateTexCoords(rotation, _rotatedQuadTexCoords, _quadTexCoords);
+    frameHeight = static_cast<int>(static_cast<float>(frameHeight) * _heightFactor);
+    fitTo(surfaceWidth, surfaceHeight, frameWidth, frameHeight);
+
+    glUseProgram(_program);
+    glClear(GL_COLOR_BUFFER_BIT);
+    bindQuad();
+    applyViewTransform();
+    if (_motion._zoomAnimating) requestRender();  // the animation pulls its own next frame
+    bindFrameTextures(texture, _matrixState.computeMvp());
+    if (zoomIsInForce(texture)) {
+        drawZoomedTo(texture);
+        drawInset();
+    } else {
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    }
+    _matrixState.popMatrix();
+    unbindQuad();
+    return 0;
+}
+
+void CommonRender::fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight) {
+    if (surfaceWidth == _surfaceWidth && surfaceHeight == _surfaceHeight && frameWidth == _frameWidth &&
+        frameHeight == _frameHeight) {
+        return;
+    }
+    const float s = static_cast<float>(surfaceWidth) / static_cast<float>(surfaceHeight);
+    const float f = static_cast<float>(frameWidth) / static_cast<float>(frameHeight);
+    const float a = s > f ? s / f : 1.0f;
+    const float b = s > f ? 1.0f : f / s;
+    _matrixState.setFrustum(-a, a, -b, b, nearPlane, farPlane);
+    _surfaceWidth = surfaceWidth;
+    _surfaceHeight = surfaceHeight;
+    _frameWidth = frameWidth;
+    _frameHeight = frameHeight;
+    _viewport = {0, 0, surfaceWidth, surfaceHeight};
+    glViewport(0, 0, surfaceWidth, surfaceHeight);
+}
+
+void CommonRender::bindQuad() {
+    const auto position = static_cast<GLuint>(_positionLoc);
+    const auto texCoord = static_cast<GLuint>(_texCoordLoc);
+    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _quadVertices);
+    glEnableVertexAttribArray(position);
+    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, _rotatedQuadTexCoords);
+    glEnableVertexAttribArray(texCoord);
+}
+
+void CommonRender::unbindQuad() {
+    // The arrays are this object's memory: the next view must not draw through them.
+    glDisableVertexAttribArray(static_cast<GLuint>(_texCoordLoc));
+    glDisableVertexAttribArray(static_cast<GLuint>(_positionLoc));
+}
+
+void CommonRender::lookStraight() {
+    matrixIdentity(_matrixState._modelMatrix);
+    matrixLookAt(_matrixState._viewMatrix, 0, 0, 1, 0, 0, 0, 0, 1, 0);
+}
+
+void CommonRender::applyViewTransform() {
+    if (_motion._zoomAnimating) _motion.stepZoomAnimation();
+    _motion.clampPan();
+    lookStraight();
+    _matrixState.pushMatrix();
+    matrixTranslate(_matrixState._viewMatrix, _motion._panX, _motion._panY, 0);
+    matrixScale(_matrixState._modelMatrix, _motion._scale, _motion._scale, 1);
+}
+
+bool CommonRender::zoomIsInForce(const Texture& texture) const {
+    if (!_globalConfiger->GetConfigBaseData().rectZoom || texture.rects.empty()) return false;
+    const ZoomRect& rect = texture.rects.front();
+    return rect.width > 0 && rect.height > 0;
+}
+
+void CommonRender::drawZoomedTo(const Texture& texture) {
+    zoomToRect(texture);
+    glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, _matrixState.computeMvp());
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+}
+
+void CommonRender::drawInset() {
+    lookStraight();
+    matrixTranslate(_matrixState._viewMatrix, insetOffset, -insetOffset, 0);
+    matrixScale(_matrixState._modelMatrix, insetScale, insetScale, 1);
+    glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, _matrixState.computeMvp());
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+}
+
+void CommonRender::zoomToRect(const Texture& texture) {
+    const ZoomRect& rect = texture.rects.front();
+    const auto x = static_cast<float>(rect.x);
+    const auto y = static_cast<float>(rect.y);
+    const auto w = static_cast<float>(rect.width);
+    const auto h = static_cast<float>(rect.height);
+    const auto frameWidth = static_cast<float>(_frameWidth);
+    const auto frameHeight = static_cast<float>(_frameHeight);
+    const auto halfWidth = static_cast<float>(_frameWidth / 2);
+    const auto halfHeight = static_cast<float>(_frameHeight / 2);
+    const float s = std::min(frameWidth / w, frameHeight / h);
+    const float edge = s - 1.0f;
+    const auto limited = [edge](float move) { return std::min(std::max(move, -edge), edge); };
+    const float tx = (w * 0.5f + x - halfWidth) / frameWidth * s * -2.0f;
+    const float ty = (y + h * 0.5f - halfHeight) / frameHeight * s * 2.0f;
+    lookStraight();
+    matrixTranslate(_matrixState._viewMatrix, limited(tx), limited(ty), 0);
+    matrixScale(_matrixState._modelMatrix, s, s, 1);
+}
+
+void CommonRender::setQuad(float left, float bottom, float right, float top) {
+    const float vertices[12] = {-1, -1, 0, 1, -1, 0, -1, 1, 0, 1, 1, 0};
+    const float texCoords[8] = {left, bottom, right, bottom, left, top, right, top};
+    std::copy_n(vertices, 12, _quadVertices);
+    std::copy_n(texCoords, 8, _quadTexCoords);
+}
+
+void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* in) const {
+    static constexpr int corners[4][4] = {{0, 1, 2, 3}, {1, 3, 0, 2}, {3, 2, 1, 0}, {2, 0, 3, 1}};
+    if (rotation % 90 != 0) return;
+    const int* const from = corners[rotation / 90];
+    for (int i = 0; i < 4; ++i) std::copy_n(in + 2 * from[i], 2, out + 2 * i);
+}
+
+int CommonRender::setLensParam(const LensParam* lens) {
+    if (!lens) return RENDER_NOT_HANDLED;
+    if (_program == 0) return 0;
+    const double values[] = {lens->k1, lens->k2, lens->k3, lens->p1, lens->p2, lens->fx, lens->fy, lens->ox, lens->oy};
+    glUseProgram(_program);
+    for (int i = 0; i < 9; ++i) glUniform1f(_lensLocs[i], static_cast<float>(values[i]));
+    setQuad(static_cast<float>(lens->leftMargin), static_cast<float>(lens->bottomMargin + 1.0),
+            static_cast<float>(lens->rightMargin + 1.0), static_cast<float>(lens->topMargin));
+    _heightFactor = lens->k1 == 0.0 ? 1.0f : correctedHeight;
+    return 0;
+}
+
+int CommonRender::onScale(DisplayConfigUserData& delivery) {
+    if (delivery.getState() & DCFG_FLAG_READ) {
+        delivery.answer(_motion._scale);
+        return RENDER_NOT_HANDLED;
+    }
+    if (!std::isfinite(delivery.getFloat())) return RENDER_NOT_HANDLED;
+    _motion.setScale(delivery.getFloat());
+    delivery.answer(_motion._scale);
+    return 0;
+}
+
+int CommonRender::onPinch(float factor) {
+    _motion.pinch(factor);
+    return 0;
+}
+
+int CommonRender::onDoubleTap(float x, float y) {
+    if (within(x, static_cast<float>(_surfaceWidth)) && within(y, static_cast<float>(_surfaceHeight))) {
+        _motion.startZoomAnimation();
+    }
+    return 0;
+}
+
+int CommonRender::onDrag(float x1, float y1, float x2, float y2) {
+    const bool inside = x2 > 0.0f && y2 > 0.0f && within(x2, static_cast<float>(_surfaceWidth)) &&
+                        within(y2, static_cast<float>(_surfaceHeight));
+    if (inside) _motion.drag(x1, y1, x2, y2);
+    return 0;
+}
+
+}  // namespace zet::ZETShow

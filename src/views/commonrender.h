@@ -1,0 +1,59 @@
+#pragma once
+
+#include "render/matrix.h"
+#include "render/render.h"
+#include "views/flatmotion.h"
+
+namespace zet::ZETShow {
+
+/// Mode 0, the flat view: the whole frame on one quad, fitted to the window with its aspect kept.
+class CommonRender final : public Render {
+public:
+    CommonRender(DisplayConfig* config, float touchScale, Display* display);
+
+    int init() override;
+    int createProgram() override;
+    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+
+    int onPinch(float factor) override;
+    int onDoubleTap(float x, float y) override;
+    int onDrag(float x1, float y1, float x2, float y2) override;
+
+private:
+    void registerObservers();
+    int onScale(DisplayConfigUserData& delivery);  // Setter's thread.
+    int setLensParam(const LensParam* lens);       // Render thread.
+    void setQuad(float left, float bottom, float right, float top);
+    void rotateTexCoords(unsigned rotation, float* out, const float* in) const;
+
+    void fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight);
+    void bindQuad();
+    void unbindQuad();
+    void lookStraight();
+    void applyViewTransform();
+    bool zoomIsInForce(const Texture& texture) const;
+    void drawZoomedTo(const Texture& texture);
+    void drawInset();
+    void zoomToRect(const Texture& texture);
+
+    // Gestures and settings.
+    FlatMotion _motion;
+    Relaxed<unsigned> _rotation = 0u;  // degrees clockwise; other than 0, 90, 180 and 270 changes nothing
+
+    // The quad, in triangle-strip order. Render thread.
+    float _quadVertices[12] = {};
+    float _quadTexCoords[8] = {};
+    float _rotatedQuadTexCoords[8] = {};
+    float _heightFactor = 1.0f;  // of the frame's height, before it is fitted
+
+    // As of the last projection.
+    MatrixState _matrixState;
+    Relaxed<int> _surfaceWidth = 0;
+    Relaxed<int> _surfaceHeight = 0;
+    int _frameWidth = 0;  // after rotation and `_heightFactor`
+    int _frameHeight = 0;
+
+    GLint _lensLocs[9] = {-1, -1, -1, -1, -1, -1, -1, -1, -1};  // k1 k2 k3 p1 p2 fx fy ox oy
+};
+
+}  // namespace zet::ZETShow

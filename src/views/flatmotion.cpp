@@ -1,0 +1,75 @@
+#include "views/flatmotion.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zet::ZETShow {
+
+namespace {
+
+constexpr float pinchStep = 0.055f;
+constexpr float greatestScale = 4.0f;
+constexpr double panPerPixel = 0.001;     // at a zoom of 1
+constexpr float animationStopper = 0.4f;  // pixels: a longer drag ends a running animation
+
+}  // namespace
+
+float FlatMotion::limited(float scale) const {
+    if (scale > _maxScale) return _maxScale;
+    return scale < 1.0f ? _minScale : scale;
+}
+
+int FlatMotion::setScale(float scale) {
+    // One store: a frame that is being drawn never sees the zoom beyond its bounds.
+    const float applied = limited(scale);
+    _scale = applied;
+    return applied == scale ? 0 : -1;
+}
+
+void FlatMotion::clampPan() {
+    clampScale();
+    const float edge = _scale - 1.0f;
+    _panX = std::min(std::max<float>(_panX, -edge), edge);
+    _panY = std::min(std::max<float>(_panY, -edge), edge);
+}
+
+void FlatMotion::pinch(float factor) {
+    _zoomAnimating = 0;
+    setScale(factor > 1.0f ? _scale + pinchStep : _scale - pinchStep);
+}
+
+void FlatMotion::drag(float x1, float y1, float x2, float y2) {
+    const float d = x1 - x2;
+    const float e = y1 - y2;
+    _panY = static_cast<float>(_panY - e * panPerPixel * _scale);
+    _panX = static_cast<float>(_panX + d * panPerPixel * _scale);
+    if (std::fabs(d) + std::fabs(e) > animationStopper) _zoomAnimating = 0;
+}
+
+void FlatMotion::stepZoomAnimation() {
+    if (_zoomDirection == 0.0f && _scale > _minScale && _scale <= _maxScale) {
+        _zoomDirection = -1.0f;
+        _panStepX = _panX * _zoomStep / (_scale - _minScale);
+        _panStepY = _panY * _zoomStep / (_scale - _minScale);
+    }
+    if (_zoomDirection == 0.0f && _scale <= _minScale) {
+        _zoomDirection = 1.0f;
+        _panStepX = 0.0f;
+        _panStepY = 0.0f;
+    }
+    if (_zoomDirection == 0.0f) return;
+    _panX += _panStepX * _zoomDirection;
+    _panY += _panStepY * _zoomDirection;
+    if (setScale(_scale + _zoomStep * _zoomDirection) != 0) {
+        _zoomAnimating = 0;
+        _zoomDirection = 0.0f;
+    }
+}
+
+void FlatMotion::setMaxScale(float maxScale) {
+    // Under 1 the two bounds would push the zoom back and forth.
+    _maxScale = std::clamp(maxScale, 1.0f, greatestScale);
+    clampScale();
+}
+
+}  // namespace zet::ZETShow
