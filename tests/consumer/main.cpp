@@ -1,9 +1,11 @@
-// A player at its smallest, built outside the project: one red frame in a plain window. Exits with 0 once it is seen.
+// A player at its smallest, built outside the project: one coloured frame in a plain window. Exits with 0 once it is
+// seen.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -23,7 +25,8 @@ int main() {
     config.setConfig(zet::DCFG_RENDER_MODE, 0);
     config.setConfig(zet::DCFG_WINDOW_INSTANCE, window);
 
-    // Red in full-range BT.601: Y = 0.299 * 255, U = 128 - 0.1687 * 255, V = 128 + 0.5 * 255.
+    // A red. With U and V from their middle, 128: R = Y + V / 0.877 = 221, B = Y + U / 0.492 < 0, and G = 19 is what is
+    // left of Y = 0.299 R + 0.587 G + 0.114 B.
     const std::vector<std::uint8_t> y(side * side, 76), u(side * side / 4, 85), v(side * side / 4, 255);
     zet::YUV420PData frame;
     frame.y = y.data();
@@ -37,8 +40,9 @@ int main() {
         XImage* image = XGetImage(x, window, 0, 0, side, side, AllPlanes, ZPixmap);
         const unsigned long pixel = XGetPixel(image, side / 2, side / 2);
         XDestroyImage(image);
-        // Two steps for the rounding of the planes and of the matrix.
-        if ((pixel >> 16 & 0xff) >= 253 && (pixel >> 8 & 0xff) <= 2 && (pixel & 0xff) <= 2) return 0;
+        const long red = pixel >> 16 & 0xff, green = pixel >> 8 & 0xff, blue = pixel & 0xff;
+        // One step either way for the rounding to bytes.
+        if (std::abs(red - 221) <= 1 && std::abs(green - 19) <= 1 && blue <= 1) return 0;
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return 1;
