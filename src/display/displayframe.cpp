@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "display/display.h"
+#include "display/interleave.h"
 #include "render/render.h"
 #include "render/renderfactory.h"
 #include "zet/zetlog.h"
@@ -18,14 +19,6 @@ constexpr int wall180Mode = 10;  // the one view that keeps a crop that isn't sq
 // GL reads rows of a client picture at multiples of 4 bytes.
 bool rowsAreAligned(const YUV420PData& frame) {
     return frame.yLineSize % 4 == 0 && frame.uvLineSize % 2 == 0;
-}
-
-void interleave(const std::uint8_t* __restrict u, const std::uint8_t* __restrict v, std::uint8_t* __restrict uv,
-                int pairs) {
-    for (int i = 0; i < pairs; ++i) {
-        uv[2 * i] = u[i];
-        uv[2 * i + 1] = v[i];
-    }
 }
 
 }  // namespace
