@@ -22,6 +22,11 @@ void Texture::upload(int index, const void* data, GLenum format, int width, int 
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
 }
 
+void Texture::usePlanes() {
+    current = textures;
+    cropTextures[0] = 0;
+}
+
 void Texture::clear() {
     glBindTexture(GL_TEXTURE_2D, 0);
     checkGlError(__FILE__, __LINE__);

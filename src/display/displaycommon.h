@@ -2,6 +2,7 @@
 
 #include <GLES2/gl2.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,8 @@ struct Texture {
 
     /// Redefines one plane from tightly packed rows of `width` texels, top row first.
     void upload(int index, const void* data, GLenum format, int width, int height);
+    /// Puts the planes in force and forgets the cropped picture, whose texture may go with its view.
+    void usePlanes();
     /// Deletes the planes' textures and forgets their names.
     void clear();
 
@@ -55,6 +58,11 @@ struct Texture {
     std::vector<ZoomRect> rects;
     CropParam cropParam;
 };
+
+/// Whether `size` bytes hold an RGBA picture of that many pixels; false where there is no such picture.
+constexpr bool holdsPicture(int size, int width, int height) {
+    return width > 0 && height > 0 && std::int64_t{width} * height <= size / 4;
+}
 
 /// Logs and clears what glGetError holds.
 void checkGlError(const char* file, int line);

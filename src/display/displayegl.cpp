@@ -100,7 +100,7 @@ void Display::dropSurface() {
     if (_eglContext && _eglSurface) {
         _render.reset();
         _texture.clear();
-        _texture.current = _texture.textures;  // the cropped picture went with the view
+        _texture.usePlanes();  // the cropped picture went with the view
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
         log.error("Display::onWindowInstance eglDestroySurface %d",
                   static_cast<int>(eglDestroySurface(_eglDisplay, _eglSurface)));

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "display/display.h"
+#include "display/interleave.h"
 #include "render/render.h"
 #include "render/renderfactory.h"
 #include "zet/zetlog.h"
@@ -20,14 +21,6 @@ bool rowsAreAligned(const YUV420PData& frame) {
     return frame.yLineSize % 4 == 0 && frame.uvLineSize % 2 == 0;
 }
 
-void interleave(const std::uint8_t* __restrict u, const std::uint8_t* __restrict v, std::uint8_t* __restrict uv,
-                int pairs) {
-    for (int i = 0; i < pairs; ++i) {
-        uv[2 * i] = u[i];
-        uv[2 * i + 1] = v[i];
-    }
-}
-
 }  // namespace
 
 int Display::frameTask(const DisplayConfigUserData& delivery) {
@@ -35,7 +28,7 @@ int Display::frameTask(const DisplayConfigUserData& delivery) {
     if (makeCurrent() != 0) return -1;
     const YUV420PData* const frame = delivery.getRecord<const YUV420PData>();
     if (!frame || !frameIsSound(*frame)) return -1;
-    _texture.current = _texture.textures;
+    _texture.usePlanes();
     if (_texture.textures[0] == 0) {
         ZETLog::instance().error("Display::onRenderYUV420PData glGenTextures");
         glGenTextures(2, _texture.textures);
@@ -144,7 +137,7 @@ int Display::modeTask(const DisplayConfigUserData& delivery) {
     if (!_render) return 0;
     _render = createRender(_renderMode, _config, _touchScale, this);
     // The cropped picture went with the old view; the planes are still whole.
-    _texture.current = _texture.textures;
+    _texture.usePlanes();
     _texture.textureSize = 2;
     return 0;
 }
@@ -162,6 +155,12 @@ void Display::drawPicture() {
     const std::shared_ptr<Render> render = _render;
     const bool sizes = _surfaceWidth > 0 && _surfaceHeight > 0 && _videoWidth > 0 && _videoHeight > 0;
     if (!render || !sizes || _texture.current[0] == 0) return;
+    const CropParam whole{0, 0, _videoWidth, _videoHeight};
+    const bool isCropped = _texture.current == _texture.cropTextures;
+    if (_renderMode != flatMode && !isCropped && _texture.cropParam != whole) {
+        render->cropTexture(_texture, _videoWidth, _videoHeight, &_texture.cropParam);
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
     render->stepFling();
     render->render(_surfaceWidth, _surfaceHeight, _videoWidth, _videoHeight, _texture);
 }

@@ -36,6 +36,18 @@ Render::~Render() {
         log.error("~Render _program");
         glDeleteProgram(_program);
     }
+    if (_textureProgram != 0) {
+        log.error("~Render _textureProgram");
+        glDeleteProgram(_textureProgram);
+    }
+    if (_readerTexture != 0) {
+        log.error("~Render _readerTexture");
+        glDeleteTextures(1, &_readerTexture);
+    }
+    if (_textureFrameBuffer != 0) {
+        log.error("~Render _textureFrameBuffer");
+        glDeleteFramebuffers(1, &_textureFrameBuffer);
+    }
 }
 
 int Render::onTouchDown(float, float) {
@@ -193,16 +205,20 @@ void Render::fetchProgramLocations() {
 
 int Render::bindFrameTextures(Texture& texture, const float* matrix) {
     glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, matrix);
-    glUniform1i(_planeSizeLoc, texture.textureSize);
+    bindPicture(texture, _planeSizeLoc, _yTextureLoc, _uvTextureLoc);
+    return 0;
+}
+
+void Render::bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc) {
+    glUniform1i(planeSizeLoc, texture.textureSize);
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, texture.current[0]);
-    glUniform1i(_yTextureLoc, 0);
+    glUniform1i(yLoc, 0);
     if (texture.textureSize != 1) {
         glActiveTexture(GL_TEXTURE1);
         glBindTexture(GL_TEXTURE_2D, texture.current[1]);
-        glUniform1i(_uvTextureLoc, 1);
+        glUniform1i(uvLoc, 1);
     }
-    return 0;
 }
 
 }  // namespace zet::ZETShow

@@ -53,6 +53,18 @@ public:
     /// Builds `_program` and fetches its locations. 0 on success. Render thread.
     virtual int createProgram() = 0;
 
+    /// Draws `texture` into the view's own RGBA picture of `width` by `height` pixels, the size of the whole frame, and
+    /// leaves the frame buffer of that picture bound. With a rectangle, in pixels of the frame, the picture is the
+    /// rectangle stretched to the full size, row 0 at its top, and takes the place of the planes in `texture`. Without
+    /// one it is the whole frame, row 0 at its bottom. 0 on success, otherwise nothing has changed. Render thread.
+    int cropTexture(Texture& texture, int width, int height, const CropParam* cropParam);
+    /// Reads the frame as RGBA. 0 on success; -1 if `dataSize` bytes don't hold it, with nothing written. Rows come
+    /// bottom row first, unless `texture` holds a cropped picture already. Render thread.
+    int readTexture(Texture& texture, void* data, int dataSize, int width, int height);
+    /// Reads the view's last viewport from the window surface as RGBA, bottom row first, and answers its size. 0 on
+    /// success; -1 if nothing has been drawn or `dataSize` bytes don't hold it, with nothing written. Render thread.
+    int readScreen(void* data, int dataSize, int* outWidth, int* outHeight);
+
     /// One step of inertia, before each draw. Render thread.
     void stepFling();
 
@@ -84,6 +96,17 @@ protected:
 
     Viewport _viewport;  // what was last given to glViewport, written together with that call
     const float _touchScale;
+
+    // The offscreen pass, made at the first need.
+    GLuint _textureFrameBuffer = 0;
+    GLuint _readerTexture = 0;
+    GLuint _textureProgram = 0;
+    GLint _textureYLoc = -1;
+    GLint _textureUvLoc = -1;
+    GLint _texturePositionLoc = -1;
+    GLint _textureTexCoordLoc = -1;
+    GLint _texturePlaneSizeLoc = -1;
+
     Display* const _display;
     GlobalConfiger* const _globalConfiger;
 
@@ -112,6 +135,9 @@ private:
         unsigned mask;
     };
 
+    static void bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc);
+    int ensureOffscreenResources();
+    void drawOffscreenQuad(const float* texCoords);
     void registerGestureObservers();
     void registerSettingObservers();
     bool scaleGesturePoints(float* points, int count) const;

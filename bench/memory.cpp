@@ -1,0 +1,59 @@
+// Resident memory over 1,000 window changes and 1,000 mode changes, beside what it was after the first 50.
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <vector>
+
+#include "xwindow.h"
+#include "zet/zet.h"
+
+namespace {
+
+long residentKilobytes() {
+    long pages = 0;
+    long resident = 0;
+    std::FILE* const file = std::fopen("/proc/self/statm", "r");
+    if (!file || std::fscanf(file, "%ld %ld", &pages, &resident) != 2) resident = 0;
+    if (file) std::fclose(file);
+    return resident * sysconf(_SC_PAGESIZE) / 1024;
+}
+
+template <typename Change>
+void count(const char* what, const Change& change) {
+    long early = 0;
+    for (int i = 1; i <= 1000; ++i) {
+        change(i);
+        if (i == 50) early = residentKilobytes();
+    }
+    const long late = residentKilobytes();
+    std::printf("%s: %ld KiB after 50, %ld KiB after 1000 (%+ld)\n", what, early, late, late - early);
+}
+
+}  // namespace
+
+int main() {
+    const bench::XWindow first(640, 480);
+    const bench::XWindow second(320, 240);
+    const std::vector<std::uint8_t> luma(640 * 480, 90);
+    const std::vector<std::uint8_t> chroma(320 * 240, 128);
+    zet::YUV420PData frame;
+    frame.y = luma.data();
+    frame.u = frame.v = chroma.data();
+    frame.yLineSize = frame.width = 640;
+    frame.uvLineSize = 320;
+    frame.height = 480;
+
+    zet::DisplayConfig config;
+    zet::GlobalConfiger global;
+    auto display = zet::CreateZETDisplay(&config, &global);
+    config.setConfig(zet::DCFG_WINDOW_INSTANCE, first.handle());
+    count("window changes", [&](int i) {
+        config.setConfig(zet::DCFG_WINDOW_INSTANCE, i % 2 ? second.handle() : first.handle());
+        config.setConfig(zet::DCFG_YUV_FRAME, &frame);
+    });
+    count("mode changes", [&](int) {
+        config.setConfig(zet::DCFG_RENDER_MODE, 0);
+        config.setConfig(zet::DCFG_YUV_FRAME, &frame);
+    });
+}

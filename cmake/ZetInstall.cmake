@@ -1,0 +1,24 @@
+# What other projects find: the library and its public headers, a CMake package (target ZET::Display) and a pkg-config
+# file. Both name places relative to themselves, so an installed tree may be moved.
+include(CMakePackageConfigHelpers)
+
+install(
+  TARGETS ZETDisplay
+  EXPORT ZETDisplayTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/zet DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+set(package ${CMAKE_INSTALL_LIBDIR}/cmake/ZETDisplay)
+install(
+  EXPORT ZETDisplayTargets
+  NAMESPACE ZET::
+  DESTINATION ${package})
+configure_package_config_file(cmake/ZETDisplayConfig.cmake.in ZETDisplayConfig.cmake INSTALL_DESTINATION ${package})
+write_basic_package_version_file(ZETDisplayConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/ZETDisplayConfig.cmake ${PROJECT_BINARY_DIR}/ZETDisplayConfigVersion.cmake
+        DESTINATION ${package})
+
+cmake_path(SET ZET_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
+cmake_path(RELATIVE_PATH ZET_PC_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+configure_file(cmake/zetdisplay.pc.in zetdisplay.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zetdisplay.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

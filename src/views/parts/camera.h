@@ -1,0 +1,35 @@
+#pragma once
+
+#include "config/relaxed.h"
+#include "render/matrix.h"
+
+namespace zet::ZETShow {
+
+/// A part of the surface, GL pixels, y growing upward.
+struct PaneRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// The surface size for which a view stands laid out.
+struct SurfaceSize {
+    /// Takes the size of the frame to be drawn; true if the view is to lay itself out for it. A side of 0 is no size,
+    /// and what stands goes on standing; with a side under 11 pixels nothing stands. Render thread.
+    bool changeTo(int width, int height);
+    float aspect() const { return static_cast<float>(_lastWidth) / static_cast<float>(_lastHeight); }
+
+    // Written by frames, read by gestures too. 0 until the first layout.
+    Relaxed<int> _lastWidth = 0;
+    Relaxed<int> _lastHeight = 0;
+    Relaxed<int> _sized = 0;  // a layout stands
+};
+
+/// The frustum of half height 1 and half width `aspect` at the near plane.
+void setFrustumByAspect(MatrixState& matrices, float aspect, float near, float far);
+
+/// The camera on the dome's axis at `eyeZ`, looking at its pole with y upward.
+void lookAlongAxis(MatrixState& matrices, float eyeZ);
+
+}  // namespace zet::ZETShow
