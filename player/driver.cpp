@@ -1,0 +1,213 @@
+#include "driver.h"
+
+#include <thread>
+#include <utility>
+
+#include "colour.h"
+
+namespace zetplay {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// The module draws at most once in this time.
+constexpr auto pace = 17ms;
+// Draws that a request is worth, and one for a draw that a task has cut short.
+constexpr int requestPaces = 31;
+// Longer than every animation that ends; the half sphere's stars ask for ever.
+constexpr int mostPaces = 128;
+
+}  // namespace
+
+Driver::Driver() : _observers(&_bus) {
+    _observers.regist(
+        zet::DCFG_FRAME_READ,
+        [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
+            if (event.getData()) answerFrameRead(*static_cast<zet::SnapData*>(event.getData()));
+            return 0;
+        },
+        zet::DCFG_FLAG_EVENT);
+    _observers.regist(
+        zet::DCFG_RENDER_REQUEST,
+        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
+            _redrawAsked = true;
+            return 0;
+        },
+        zet::DCFG_FLAG_EVENT);
+    _observers.regist(
+        zet::DCFG_GL_CONTEXT,
+        [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
+            _hasContext = event.getData() != nullptr;
+            return 0;
+        },
+        zet::DCFG_FLAG_EVENT);
+    _display = zet::CreateZETDisplay(&_bus, &_global);
+}
+
+Driver::~Driver() = default;
+
+void Driver::setWindow(std::uintptr_t handle) {
+    _bus.setConfig(zet::DCFG_WINDOW_INSTANCE, handle);
+    if (handle != 0 && !_hasContext) throw Failure("no OpenGL ES 2 context: EGL does not work on this X display");
+}
+
+void Driver::setFrame(Picture& picture, const Annotations& annotations) {
+    std::swap(_picture, picture);
+    setFrameAgain(annotations);
+}
+
+void Driver::setFrameAgain(const Annotations& annotations) {
+    if (_picture.y.empty()) return;
+    zet::YUV420PData frame;
+    frame.y = _picture.y.data();
+    frame.u = _picture.u.data();
+    frame.v = _picture.v.data();
+    frame.yLineSize = _picture.yLineSize;
+    frame.uvLineSize = _picture.uvLineSize;
+    frame.width = _picture.width;
+    frame.height = _picture.height;
+    int kind = zet::AI_KIND_FACES;
+    if (!annotations.faces.empty()) {
+        frame.aiCount = static_cast<int>(annotations.faces.size());
+        frame.aiItems = annotations.faces.data();
+    } else if (!annotations.rects.empty()) {
+        kind = zet::AI_KIND_RECTS;
+        frame.aiCount = static_cast<int>(annotations.rects.size());
+        frame.aiItems = annotations.rects.data();
+    }
+    frame.aiKind = &kind;
+    if (annotations.lens) frame.lensRegion = annotations.lens->data();
+    _bus.setConfig(zet::DCFG_YUV_FRAME, &frame);
+    _frameTime = Clock::now();
+}
+
+void Driver::waitDrawn() {
+    // A pace after the upload the draw is due at once. The refused snapshot is a task that changes nothing; its set
+    // comes back only when the render thread waits again, and it does not wait before it has drawn what is due.
+    std::this_thread::sleep_until(_frameTime + pace);
+    zet::SnapData refused;
+    _bus.setConfig(zet::DCFG_SNAP, &refused);
+}
+
+void Driver::settle() {
+    int quiet = 0;
+    for (int paces = 0; quiet < requestPaces && paces < mostPaces; ++paces) {
+        quiet = takeRedrawRequest() ? 0 : quiet + 1;
+        _frameTime = Clock::now();
+        waitDrawn();
+    }
+}
+
+void Driver::requestRedraw() {
+    _bus.setConfig(zet::DCFG_RENDER_REQUEST, nullptr);
+}
+
+void Driver::setView(int mode) {
+    _bus.setConfig(zet::DCFG_RENDER_MODE, static_cast<std::int32_t>(mode));
+}
+
+void Driver::touchDown(zet::TouchPoint point) {
+    _bus.setConfig(zet::DCFG_TOUCH_DOWN, &point);
+}
+
+void Driver::touchUp(zet::TouchPoint point) {
+    _bus.setConfig(zet::DCFG_TOUCH_UP, &point);
+}
+
+void Driver::doubleTap(zet::TouchPoint point) {
+    _bus.setConfig(zet::DCFG_DOUBLE_TAP, &point);
+}
+
+void Driver::drag(zet::DragPoints points) {
+    _bus.setConfig(zet::DCFG_DRAG, &points);
+}
+
+void Driver::pinch(float factor) {
+    _bus.setConfig(zet::DCFG_PINCH, factor);
+}
+
+void Driver::fling(zet::Fling velocity) {
+    _bus.setConfig(zet::DCFG_FLING, &velocity);
+}
+
+void Driver::setAutoRotate(zet::AutoRotate setting) {
+    _bus.setConfig(zet::DCFG_AUTO_ROTATE, &setting);
+}
+
+void Driver::setOpeningFlight(bool on) {
+    _bus.setConfig(zet::DCFG_OPENING_FLIGHT, static_cast<std::int32_t>(on));
+}
+
+void Driver::setSceneBackdrop(bool backdrop, bool stars) {
+    const zet::SceneBackdrop scene{backdrop, stars};
+    _bus.setConfig(zet::DCFG_SCENE_BACKDROP, &scene);
+}
+
+void Driver::setRotation(std::uint32_t degrees) {
+    _bus.setConfig(zet::DCFG_ROTATION, degrees);
+}
+
+void Driver::setScale(float scale) {
+    _bus.setConfig(zet::DCFG_SCALE, scale);
+}
+
+void Driver::setMaxScale(float scale) {
+    _bus.setConfig(zet::DCFG_MAX_SCALE, scale);
+}
+
+void Driver::setClearColor(std::uint32_t rgb) {
+    _bus.setConfig(zet::DCFG_CLEAR_COLOR, rgb);
+}
+
+void Driver::setFaceOption(int bits) {
+    _bus.setConfig(zet::DCFG_FACE_OPTION, static_cast<std::int32_t>(bits));
+}
+
+void Driver::setLensParam(const zet::LensParam& lens) {
+    _bus.setConfig(zet::DCFG_LENS_PARAM, &lens);
+}
+
+void Driver::setOverlayImage(const zet::OverlayRect& rect, const std::string& path) {
+    _bus.setConfig(zet::DCFG_OVERLAY_IMAGE, zet::SizeHelp{&rect, sizeof rect}, path);
+}
+
+std::optional<float> Driver::readScale() {
+    float scale = 0;
+    if (_bus.readConfig(zet::DCFG_SCALE, scale) != 0) return std::nullopt;
+    return scale;
+}
+
+std::optional<Snapshot> Driver::snap(const SnapRequest& request) {
+    Snapshot snapshot;
+    snapshot.rgba.resize(static_cast<std::size_t>(request.bufferSize));
+    zet::SnapData record;
+    record.sourceFrame = request.sourceFrame;
+    record.buffer = snapshot.rgba.data();
+    record.bufferSize = request.bufferSize;
+    record.postProcess = request.postProcess;
+    record.timeOffset = request.timeOffset;
+    _frameReadAnswered = false;
+    _bus.setConfig(zet::DCFG_SNAP, &record);
+    const std::size_t bytes = 4 * static_cast<std::size_t>(record.width) * static_cast<std::size_t>(record.height);
+    if (bytes == 0 || bytes > snapshot.rgba.size()) return std::nullopt;
+    snapshot.width = record.width;
+    snapshot.height = record.height;
+    snapshot.topRowFirst = request.postProcess || _frameReadAnswered;
+    snapshot.rgba.resize(bytes);
+    return snapshot;
+}
+
+int Driver::frameBytes() const {
+    return 4 * _picture.width * _picture.height;
+}
+
+void Driver::answerFrameRead(zet::SnapData& request) {
+    if (!request.buffer || _picture.y.empty() || request.bufferSize < frameBytes()) return;
+    convertToRgba(_picture, request.buffer);
+    request.width = _picture.width;
+    request.height = _picture.height;
+    _frameReadAnswered = true;
+}
+
+}  // namespace zetplay

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+
+#include "annotations.h"
+#include "driver.h"
+#include "source.h"
+
+namespace zetplay {
+
+/// Brings the pictures of a source onto the bus, on one timeline that goes on when the source starts over.
+class Feed {
+public:
+    Feed(Source& source, Driver& driver) : _source(source), _driver(driver) {}
+
+    /// Makes the next picture wait, if none does; false at the end of the input. Throws `Failure` where it is damaged.
+    bool fetch();
+    /// When the waiting picture is due, seconds.
+    double due() const { return _due; }
+    /// Time between two pictures, seconds.
+    double period() const;
+    /// Sets the waiting picture on the bus.
+    void show();
+    /// Gives the waiting picture up.
+    void drop();
+    /// Sets the last picture again.
+    void showAgain();
+
+    /// Start over at the end.
+    bool loop = false;
+    /// A still picture is one frame, or one that comes as often as it is asked for.
+    bool repeatStill = false;
+
+    // What goes with the frames that follow.
+
+    void setLens(const std::optional<LensRegion>& lens) { _annotations.lens = lens; }
+    /// A frame carries faces or rectangles, so each takes the other's place.
+    void setFaces(const std::vector<zet::FaceItem>& faces);
+    void setRects(const std::vector<zet::RectItem>& rects);
+
+    std::int64_t framesRead() const { return _read; }
+    std::int64_t framesSet() const { return _set; }
+    /// Pictures set for the first time, redraws not counted.
+    std::int64_t framesShown() const { return _shown; }
+
+private:
+    Source& _source;
+    Driver& _driver;
+    Picture _picture;
+    Annotations _annotations;
+    bool _waiting = false;
+    bool _stillShown = false;
+    double _start = 0;  // of the source on the timeline
+    double _due = 0;
+    std::int64_t _read = 0;
+    std::int64_t _set = 0;
+    std::int64_t _shown = 0;
+};
+
+}  // namespace zetplay

@@ -1,0 +1,68 @@
+#include <iostream>
+
+#include "interrupt.h"
+#include "options.h"
+#include "playback.h"
+#include "pngfile.h"
+#include "script.h"
+#include "session.h"
+#include "stats.h"
+
+namespace zetplay {
+
+namespace {
+
+void logToStandardError(zet::LogLevel, const char* line) {
+    // One call a line, since several threads log.
+    std::cerr << std::string(line) + '\n';
+}
+
+void play(Session& session, const Script* script) {
+    if (script) {
+        session.feed.repeatStill = true;
+        script->run(session);
+    } else {
+        Playback(session).run();
+    }
+}
+
+void finish(Session& session, const Stats& stats) {
+    if (!session.options.shot.empty()) writePng(session.options.shot, session.window->grab());
+    if (session.options.stats)
+        std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet()) << std::endl;
+}
+
+int run(const Options& options) {
+    const Stats stats;
+    if (options.verbose) zet::ZETLog::instance().setSink(logToStandardError);
+    // A wrong script is told before a window opens.
+    const auto script = options.script.empty() ? nullptr : std::make_unique<Script>(options.script);
+    Session session(options);
+    watchInterrupts();
+    try {
+        play(session, script.get());
+    } catch (const Failure&) {
+        // What was shown up to a damaged place of the input is still worth its picture.
+        finish(session, stats);
+        throw;
+    }
+    finish(session, stats);
+    return interrupted() ? 128 + interrupted() : 0;
+}
+
+}  // namespace
+
+}  // namespace zetplay
+
+int main(int argc, char** argv) {
+    try {
+        const auto options = zetplay::parseOptions(argc, argv);
+        return options ? zetplay::run(*options) : 0;
+    } catch (const zetplay::WrongUsage& wrong) {
+        std::cerr << "zetplay: " << wrong.what() << '\n';
+        return 2;
+    } catch (const std::exception& failure) {
+        std::cerr << "zetplay: " << failure.what() << '\n';
+        return 1;
+    }
+}

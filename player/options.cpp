@@ -1,0 +1,139 @@
+#include "options.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "views.h"
+#include "words.h"
+
+namespace zetplay {
+
+namespace {
+
+// Larger windows are refused by X servers.
+constexpr int largestSide = 32767;
+
+struct Size {
+    int width;
+    int height;
+};
+
+std::optional<Size> parseSize(std::string_view text) {
+    const std::size_t cross = text.find('x');
+    if (cross == text.npos) return std::nullopt;
+    const auto width = parseNumber<int>(text.substr(0, cross));
+    const auto height = parseNumber<int>(text.substr(cross + 1));
+    if (!width || !height || *width < 1 || *height < 1 || *width > largestSide || *height > largestSide)
+        return std::nullopt;
+    return Size{*width, *height};
+}
+
+[[noreturn]] void refuse(const std::string& option, const std::string& text, const std::string& wanted) {
+    throw WrongUsage(option + ": '" + text + "' is not " + wanted);
+}
+
+void setView(Options& options, const std::string& text) {
+    const auto view = viewFromText(text);
+    if (!view) refuse("--view", text, "a view: 0 to 10, or a name such as half-sphere");
+    options.view = *view;
+}
+
+void setSize(Options& options, const std::string& text) {
+    const auto size = parseSize(text);
+    if (!size) refuse("--size", text, "a window size such as 1280x720");
+    options.width = size->width;
+    options.height = size->height;
+}
+
+void setLens(Options& options, const std::string& text) {
+    options.lensGiven = true;
+    if (text == "none") return;
+    options.lens = parseLens(text);
+    if (!options.lens) refuse("--lens", text, "CX,CY,RX,RY in 1/10000 of the picture, or none");
+}
+
+void setSynthetic(Options& options, const std::string& text) {
+    const std::size_t at = text.find('@');
+    const auto size = parseSize(std::string_view(text).substr(0, at));
+    const auto rate = at == text.npos ? std::optional(30.0) : parseNumber<double>(text.substr(at + 1));
+    if (!size || !rate || !(*rate > 0) || !(*rate <= 1000) || size->width < 2 || size->height < 2)
+        refuse("--synthetic", text, "a size and rate such as 1920x1920@30");
+    options.synthetic = {size->width, size->height, *rate};
+}
+
+/// What is taken from the command line as text, to be looked at once CLI11 has accepted the line.
+struct Texts {
+    std::string view;
+    std::string size;
+    std::string lens;
+    std::string mount;
+    std::string synthetic;
+};
+
+void describe(CLI::App& app, Options& options, Texts& texts) {
+    app.add_option("INPUT", options.input, "Video, still picture or .y4m file; none for the synthetic camera")
+        ->option_text(" ");
+    app.add_option("--view", texts.view,
+                   "0 to 10, or flat, half-sphere, panorama, four-pane, map, drum, bowl, "
+                   "wall-three, wall-two, wall-one, wall-180")
+        ->option_text("VIEW");
+    app.add_option("--size", texts.size, "Window size in pixels [1280x720]")->option_text("WxH");
+    app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture, or none")->option_text("CX,CY,RX,RY");
+    app.add_option("--mount", texts.mount, "Mounting of the synthetic camera [ceiling]")
+        ->option_text("ceiling|wall")
+        ->check(CLI::IsMember({"ceiling", "wall"}));
+    app.add_option("--synthetic", texts.synthetic, "Size and rate of the synthetic camera [1920x1920@30]")
+        ->option_text("WxH@FPS");
+    app.add_option("--frames", options.frames, "Stop after this many frames")
+        ->option_text("N")
+        ->check(CLI::PositiveNumber);
+    app.add_flag("--loop", options.loop, "Start over at the end");
+    app.add_option("--script", options.script, "Run a script, - for standard input")->option_text("FILE");
+    app.add_option("--shot", options.shot, "Save the whole window when the run ends")->option_text("FILE.png");
+    app.add_flag("--headless", options.headless, "Never show a window on a screen");
+    app.add_option("--font", options.font, "Font file for labels and timestamps")->option_text("FILE");
+    app.add_option("--start-time", options.startTime, "Base of the timestamps, milliseconds since 1970 UTC")
+        ->option_text("MS");
+    app.add_flag("--rect-zoom", options.rectZoom, "Flat view: zoom to the first rectangle of a frame");
+    app.add_flag("--stats", options.stats, "At the end, one line of JSON with counts, times and memory");
+    app.add_flag("--verbose", options.verbose, "The module's log on standard error");
+    app.set_version_flag("--version", "zetplay " ZETPLAY_VERSION);
+}
+
+/// Options are read one at a time, so a wrong one is named by itself.
+void apply(const CLI::App& app, const Texts& texts, Options& options) {
+    options.view = options.input.empty() ? halfSphereView : flatView;
+    if (app.count("--view") > 0) setView(options, texts.view);
+    if (app.count("--size") > 0) setSize(options, texts.size);
+    if (app.count("--lens") > 0) setLens(options, texts.lens);
+    if (app.count("--synthetic") > 0) setSynthetic(options, texts.synthetic);
+    if (texts.mount == "wall") options.mount = Mount::wall;
+    if (app.count("INPUT") > 0 && options.input.empty()) throw WrongUsage("INPUT is empty");
+    for (const char* option : {"--mount", "--synthetic"})
+        if (!options.input.empty() && app.count(option) > 0)
+            throw WrongUsage(std::string(option) + ": only without INPUT, for the synthetic camera");
+}
+
+}  // namespace
+
+std::optional<Options> parseOptions(int argc, const char* const* argv) {
+    CLI::App app(
+        "Plays video of fisheye cameras in the views of the display module.\n"
+        "Press h in the window for the keys.",
+        "zetplay");
+    Options options;
+    Texts texts;
+    describe(app, options, texts);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& help) {
+        app.exit(help);
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        throw WrongUsage(error.what());
+    }
+    apply(app, texts, options);
+    return options;
+}
+
+}  // namespace zetplay

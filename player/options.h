@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "annotations.h"
+#include "source.h"
+
+namespace zetplay {
+
+/// Wrong usage, on the command line or in a script: ends the run with status 2; the text is the one line for it.
+class WrongUsage : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The command line.
+struct Options {
+    std::string input;  ///< empty for the synthetic camera
+    int view = 0;
+    int width = 1280;  ///< of the window, pixels
+    int height = 720;
+    bool lensGiven = false;
+    std::optional<LensRegion> lens;
+    Mount mount = Mount::ceiling;
+    SyntheticSize synthetic;
+    std::int64_t frames = 0;  ///< 0 for no limit
+    std::string script;       ///< "-" for standard input
+    std::string shot;
+    std::string font;
+    std::int64_t startTime = 0;  ///< milliseconds since 1970-01-01 UTC
+    bool rectZoom = false;
+    bool loop = false;
+    bool headless = false;
+    bool stats = false;
+    bool verbose = false;
+};
+
+/// Throws `WrongUsage`; nothing if help or the version was asked for and has been printed.
+std::optional<Options> parseOptions(int argc, const char* const* argv);
+
+}  // namespace zetplay

@@ -1,0 +1,94 @@
+#include "session.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "interrupt.h"
+#include "views.h"
+
+namespace zetplay {
+
+namespace {
+
+std::unique_ptr<Source> openSource(const Options& options) {
+    return options.input.empty() ? openSynthetic(options.synthetic, options.mount) : openMedia(options.input);
+}
+
+/// A font that systems usually have; empty if there is none.
+std::string systemFont() {
+    for (const char* path : {
+             "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
+             "/usr/share/fonts/dejavu-sans-fonts/DejaVuSans.ttf",
+             "/usr/share/fonts/TTF/DejaVuSans.ttf",
+             "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf",
+             "/usr/share/fonts/liberation-sans/LiberationSans-Regular.ttf",
+             "/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf",
+             "/usr/share/fonts/noto/NotoSans-Regular.ttf",
+             "/usr/share/fonts/truetype/freefont/FreeSans.ttf",
+         })
+        if (std::filesystem::exists(path)) return path;
+    return {};
+}
+
+}  // namespace
+
+Session::Session(const Options& given)
+    : options(given),
+      source(openSource(given)),
+      window(std::make_unique<Window>(given.width, given.height, given.headless)),
+      feed(*source, driver),
+      _view(given.view) {
+    feed.loop = options.loop;
+    feed.setLens(options.lens);
+    driver.global().setFontPath(options.font.empty() ? systemFont() : options.font);
+    driver.global().setStartTime4WaterMarker(options.startTime);
+    driver.global().setRectZoom(options.rectZoom);
+    retitle();
+    driver.setView(_view);
+    driver.setWindow(window->handle());
+}
+
+void Session::setView(int view) {
+    _view = view;
+    driver.setView(view);
+    retitle();
+}
+
+void Session::renewWindow() {
+    // The module leaves the old window before that goes.
+    auto fresh = std::make_unique<Window>(window->width(), window->height(), options.headless);
+    driver.setWindow(fresh->handle());
+    window = std::move(fresh);
+    retitle();
+}
+
+std::optional<Snapshot> Session::snap(bool sourceFrame) {
+    SnapRequest request;
+    request.sourceFrame = sourceFrame;
+    request.postProcess = true;
+    request.bufferSize = snapBytes();
+    return driver.snap(request);
+}
+
+int Session::snapBytes() const {
+    return std::max(4 * window->width() * window->height(), driver.frameBytes());
+}
+
+bool Session::stopped() const {
+    return _quit || interrupted() != 0 || (options.frames > 0 && feed.framesShown() >= options.frames);
+}
+
+void Session::drainEvents() {
+    SDL_Event event;
+    while (SDL_PollEvent(&event))
+        if (event.type == SDL_QUIT) quit();
+}
+
+void Session::retitle() {
+    const std::string_view name = viewName(_view);
+    window->setTitle((name.empty() ? "view " + std::to_string(_view) : std::string(name)) + " - " + source->name());
+}
+
+}  // namespace zetplay

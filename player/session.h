@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "driver.h"
+#include "feed.h"
+#include "options.h"
+#include "source.h"
+#include "window.h"
+
+namespace zetplay {
+
+/// The parts of one run and what is done with several of them at once.
+class Session {
+public:
+    /// Opens the input, then the window, then the display. Throws `Failure`.
+    explicit Session(const Options& options);
+
+    const Options& options;
+    const std::unique_ptr<Source> source;
+
+private:
+    VideoSystem _video;
+
+public:
+    std::unique_ptr<Window> window;
+    Driver driver;
+    Feed feed;
+
+    int view() const { return _view; }
+    /// Sets any number as the view, as it stands.
+    void setView(int view);
+    /// Puts a fresh window in the place of the present one.
+    void renewWindow();
+    /// Takes a snapshot with a buffer that is large enough.
+    std::optional<Snapshot> snap(bool sourceFrame);
+    /// Bytes that hold any snapshot.
+    int snapBytes() const;
+
+    /// The run is to end: Ctrl-C, the window was closed, or `--frames` is reached.
+    bool stopped() const;
+    void quit() { _quit = true; }
+    /// Takes what has come from the window system; only its wish to close the window counts.
+    void drainEvents();
+
+private:
+    void retitle();
+
+    int _view;
+    bool _quit = false;
+};
+
+}  // namespace zetplay

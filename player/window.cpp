@@ -1,0 +1,105 @@
+#include "window.h"
+
+#include <SDL.h>
+#include <SDL_syswm.h>
+#include <X11/Xlib.h>
+
+#include <cstdlib>
+
+#include "grab.h"
+#include "source.h"
+
+namespace zetplay {
+
+namespace {
+
+/// A window that is gone or can't be read is told by the call's result; Xlib's own handler would end the program.
+int ignoreXError(Display*, XErrorEvent*) {
+    return 0;
+}
+
+}  // namespace
+
+VideoSystem::VideoSystem() {
+    SDL_SetHint(SDL_HINT_VIDEODRIVER, "x11");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    SDL_SetHint(SDL_HINT_TOUCH_MOUSE_EVENTS, "0");
+    SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+    SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        const char* display = std::getenv("DISPLAY");
+        throw Failure(display && *display ? "cannot open X display " + std::string(display)
+                                          : "no X display: DISPLAY is not set");
+    }
+    XSetErrorHandler(ignoreXError);
+}
+
+VideoSystem::~VideoSystem() {
+    SDL_Quit();
+}
+
+Window::Window(int width, int height, bool headless) {
+    _window = SDL_CreateWindow("zetplay", SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, width, height,
+                               SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE);
+    if (!_window) throw Failure(std::string("cannot make a window: ") + SDL_GetError());
+    SDL_SysWMinfo info;
+    SDL_VERSION(&info.version);
+    SDL_GetWindowWMInfo(_window, &info);
+    _display = info.info.x11.display;
+    _handle = info.info.x11.window;
+    XSetWindowAttributes attributes{};
+    attributes.backing_store = Always;
+    // The module fills the whole window; a background would only flicker through on a resize.
+    attributes.background_pixmap = None;
+    XChangeWindowAttributes(_display, _handle, CWBackingStore | CWBackPixmap, &attributes);
+    if (headless) {
+        placeOffScreen(width);
+    } else {
+        SDL_ShowWindow(_window);
+    }
+    XSync(_display, False);
+}
+
+Window::~Window() {
+    SDL_DestroyWindow(_window);
+}
+
+void Window::placeOffScreen(int width) {
+    XSetWindowAttributes attributes{};
+    attributes.override_redirect = True;
+    XChangeWindowAttributes(_display, _handle, CWOverrideRedirect, &attributes);
+    XMoveWindow(_display, _handle, -width - 64, 0);
+    XMapWindow(_display, _handle);
+}
+
+int Window::width() const {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(_display, _handle, &attributes);
+    return attributes.width;
+}
+
+int Window::height() const {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(_display, _handle, &attributes);
+    return attributes.height;
+}
+
+void Window::setTitle(const std::string& title) {
+    SDL_SetWindowTitle(_window, title.c_str());
+}
+
+void Window::resize(int newWidth, int newHeight) {
+    XResizeWindow(_display, _handle, static_cast<unsigned>(newWidth), static_cast<unsigned>(newHeight));
+    for (int i = 0; i < 50 && (width() != newWidth || height() != newHeight); ++i) SDL_Delay(10);
+}
+
+void Window::toggleFullScreen() {
+    _fullScreen = !_fullScreen;
+    SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+}
+
+Image Window::grab() const {
+    return grabWindow(_display, _handle);
+}
+
+}  // namespace zetplay
