@@ -76,7 +76,7 @@ struct DragPoints {
     float y2 = 0;
 };
 
-/// Value of `DCFG_FLING`: surface pixels per drawn frame.
+/// Value of `DCFG_FLING`: how fast the finger left, surface pixels per second.
 struct Fling {
     float vx = 0;
     float vy = 0;

@@ -14,8 +14,8 @@ constexpr unsigned eventMask = DCFG_FLAG_EVENT;
 constexpr unsigned settingMask = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
 
 constexpr double flingDecay = 0.9;      // of the velocity, a frame
-constexpr float flingEnd = 0.5f;        // pixels a frame: slower inertia stops
-constexpr float flingThreshold = 0.1f;  // pixels a frame: a slower fling starts nothing
+constexpr float flingEnd = 0.5f;        // pixels a second: slower inertia stops
+constexpr float flingThreshold = 0.1f;  // pixels a second: a slower fling starts nothing
 
 bool isAsleep(float vx, float vy, float limit) {
     return std::fabs(vx) <= limit && std::fabs(vy) <= limit;

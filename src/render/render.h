@@ -110,7 +110,7 @@ protected:
     Display* const _display;
     GlobalConfiger* const _globalConfiger;
 
-    // Inertia, surface pixels a frame.
+    // Inertia, surface pixels a second.
     Relaxed<int> _flingActive = 0;
     Relaxed<float> _flingVelocityX = 0.0f;
     Relaxed<float> _flingVelocityY = 0.0f;
