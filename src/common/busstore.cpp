@@ -20,8 +20,8 @@ void* newHandle() {
 }  // namespace
 
 DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
-    const std::int64_t index = id - displayConfigId(0x90000000);
-    return index >= 0 && index < slotCount ? &_slots[index] : nullptr;
+    constexpr std::int64_t first = displayConfigId(0x90000000);
+    return id >= first && id < first + slotCount ? &_slots[id - first] : nullptr;
 }
 
 int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
@@ -40,7 +40,7 @@ int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
             slot->retired.push_back(fallen);
             fallen = nullptr;
         }
-        slot->configId = id;
+        if (slot->configId == 0) slot->configId = id;
         slot->lastData = slot->data;
         slot->lastSize = slot->size;
         slot->data = data;
@@ -77,7 +77,7 @@ void* DisplayConfig::registObserver(std::int64_t id, const Callback& callback, v
     registration->_callback = callback;
     {
         const std::lock_guard leaf(slot->leaf);
-        slot->configId = id;
+        if (slot->configId == 0) slot->configId = id;  // once: deliveries read it without the lock
         slot->observers.push_back(registration);
     }
     if (flag & DCFG_FLAG_REPLAY) replay(*slot, *registration);
