@@ -2,6 +2,7 @@
 
 #include "views/commonrender.h"
 #include "views/halfsphererender.h"
+#include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
 
 namespace zet::ZETShow {
@@ -37,6 +38,8 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<HalfSphereRender>(config, touchScale, display);
         case 3:
             return make<MultiViewRender>(config, touchScale, display);
+        case 4:
+            return make<MultiViewMapRender>(config, touchScale, display);
         default:
             return nullptr;
     }

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "config/relaxed.h"
+#include "render/matrix.h"
+#include "views/parts/camera.h"
+
+namespace zet::ZETShow {
+
+/// The two cameras of the map view, of which only the detail's ever moves. Gestures and frames change its numbers,
+/// `MultiViewMapRender` draws them. Touch coordinates are surface pixels, origin at the top left corner.
+///
+/// The detail's path runs from straight at the pole, `_travel` about 4.56, over the near pose at 0, a look along the
+/// wall, to the low pose at about -1.51, which only a finger holds: from there the pose springs back.
+struct MultiViewMapMotion {
+    // Setter's thread.
+    void touchDown(float x, float y);
+    void touchUp() { _fingerUp = true; }
+    void drag(float x1, float y1, float x2, float y2);
+    void setAutoRotate(bool on, float speed);
+
+    // Render thread.
+    void fling(float velocityX);
+    /// One step of the automatic turn, then of the pose.
+    void step();
+    /// The detail's camera into the view matrix.
+    void updateDetailCamera(MatrixState& matrices);
+    /// The map's, which sees the whole dome from in front.
+    static void updateMapCamera(MatrixState& matrices);
+
+    // Gestures and frames.
+    SurfaceSize _size;
+    Relaxed<float> _yaw = 0.0f;      // turn of the dome in the detail, degrees, never wrapped
+    Relaxed<float> _travel = 0.0f;   // along the path; tens of degrees above 0
+    Relaxed<bool> _fingerUp = true;  // no finger holds the detail
+    Relaxed<int> _activePane = 0;    // took the last touch: 1 the map, 0 the detail
+    Relaxed<bool> _autoRotate = false;
+    Relaxed<float> _autoRotateSpeed = 1.0f;
+
+    // The pose and what it remembers. Render thread.
+    float _pitch = 0.0f;  // degrees, 0 looks at the pole
+    float _moveY = 0.0f;  // shifts of the scene
+    float _moveZ = 0.0f;
+    float _shownYaw = 0.0f;  // `_yaw` without whole turns
+    bool _tiltSeen = false;  // a finger has caught the tilt, or it has sprung back
+    bool _wasFingerUp = false;
+
+private:
+    void aimFromMap(float x, float y);
+    bool stepSpring();
+    void applyRestRule();
+    void followLowPath();
+};
+
+}  // namespace zet::ZETShow
