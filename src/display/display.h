@@ -80,6 +80,7 @@ private:
 
     // displaysnap.cpp. Render thread.
     int snapTask(const DisplayConfigUserData& delivery);
+    void finishPicture(const SnapData& snap, bool topRowFirst);
 
     static constexpr int drawsPerRequest = 30;
 

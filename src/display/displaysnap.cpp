@@ -1,11 +1,57 @@
-// Pictures out of the module.
+// Pictures out of the module: what the window shows, or the frame itself.
+
+#include <algorithm>
 
 #include "display/display.h"
+#include "overlay/textfilter.h"
+#include "render/render.h"
 
 namespace zet::ZETShow {
 
-int Display::snapTask(const DisplayConfigUserData&) {
-    return -1;  // there is no read-out yet: the record comes back as it was
+namespace {
+
+constexpr int rgbaFormat = 26;  // AV_PIX_FMT_RGBA
+
+// GL reads the bottom row first.
+void turnRows(std::uint8_t* picture, int width, int height) {
+    const std::size_t lineSize = static_cast<std::size_t>(width) * 4;
+    std::uint8_t* top = picture;
+    std::uint8_t* bottom = picture + lineSize * static_cast<std::size_t>(height - 1);
+    for (; top < bottom; top += lineSize, bottom -= lineSize) std::swap_ranges(top, top + lineSize, bottom);
+}
+
+}  // namespace
+
+int Display::snapTask(const DisplayConfigUserData& delivery) {
+    auto* const snap = delivery.getRecord<SnapData>();
+    if (!_render || _videoWidth == 0 || _videoHeight == 0 || !snap) return -1;
+    if (!snap->buffer || snap->bufferSize <= 0) return -1;
+    bool topRowFirst = false;
+    if (snap->sourceFrame == 0) {
+        if (_render->readScreen(snap->buffer, snap->bufferSize, &snap->width, &snap->height) != 0) return -1;
+    } else if (_texture.textureSize == 1) {
+        // The planes' picture has been cut to the lens region; the player has the whole one, top row first.
+        _config->setConfig(DCFG_FRAME_READ, static_cast<const void*>(snap));
+        topRowFirst = true;
+    } else {
+        if (_texture.current[0] == 0) return -1;  // no frame since the window changed
+        if (_render->readTexture(_texture, snap->buffer, snap->bufferSize, _videoWidth, _videoHeight) != 0) return -1;
+        snap->width = _videoWidth;
+        snap->height = _videoHeight;
+    }
+    if (snap->postProcess) finishPicture(*snap, topRowFirst);
+    return 0;
+}
+
+void Display::finishPicture(const SnapData& snap, bool topRowFirst) {
+    // The size may be the player's answer, which is data from outside.
+    if (!snap.buffer || !holdsPicture(snap.bufferSize, snap.width, snap.height)) return;
+    if (!topRowFirst) turnRows(snap.buffer, snap.width, snap.height);
+    const std::int64_t start = _globalConfiger->GetStartTime4WaterMarker();
+    const char* const fontPath = _globalConfiger->GetFontPath();
+    std::int64_t time = 0;
+    if (start == 0 || !fontPath || *fontPath == '\0' || __builtin_add_overflow(start, snap.timeOffset, &time)) return;
+    filterData(time, snap.buffer, snap.width, snap.height, snap.width * 4, fontPath, rgbaFormat);
 }
 
 }  // namespace zet::ZETShow

@@ -1,6 +1,8 @@
 #include "render/renderfactory.h"
 
 #include "views/commonrender.h"
+#include "views/halfsphererender.h"
+#include "views/multiviewrender.h"
 
 namespace zet::ZETShow {
 
@@ -31,6 +33,10 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
     switch (mode) {
         case 0:
             return make<CommonRender>(config, touchScale, display);
+        case 1:
+            return make<HalfSphereRender>(config, touchScale, display);
+        case 3:
+            return make<MultiViewRender>(config, touchScale, display);
         default:
             return nullptr;
     }

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "config/relaxed.h"
+
+namespace zet::ZETShow {
+
+/// Pose of the half sphere and of the scene round it: gestures, flights and springs change its numbers, one `step` a
+/// frame, and `HalfSphereRender` draws them.
+///
+/// Angles are degrees, lengths are scene units, in which the bowl has a radius of 6. A positive yaw turns the picture
+/// clockwise. The path of the poses runs from far, where the whole bowl is seen, over near, which looks along its wall,
+/// to low, which looks at its rim; positions between them are given by `_travel`.
+struct HalfSphereMotion {
+    /// At the start of the opening flight, with backdrop and stars.
+    HalfSphereMotion();
+
+    // Gestures and settings, in surface pixels from the top left corner. Setter's thread, `fling` Render thread.
+    void touchDown();
+    void touchUp() { _fingerUp = true; }
+    /// One step along the path in the direction of `factor`, whatever its size.
+    void pinch(float factor);
+    void drag(float x1, float y1, float x2, float y2);
+    /// Flies to the other rest pose, or back to the one that gestures have left, and turns what was tapped to the top.
+    void doubleTap(float x, float y, int surfaceWidth, int surfaceHeight);
+    void fling(float velocityX);
+    void setAutoRotate(bool on, float speed);
+    void setOpeningFlight(bool on);
+    void setSceneBackdrop(bool background, bool stars);
+
+    /// One frame. Render thread.
+    void step();
+    /// How the picture is spread over the bowl: 0 at the near pose and below it, `_fratioMax` at the far one.
+    float fratio() const;
+    /// The scene moves by itself: the next frame differs without a gesture or new video.
+    bool isAlive() const { return _opening || _showBack || _showPoints; }
+
+    /// A rest pose in which the view is settled, or the one it flies to.
+    enum class Phase { flyingToFar, farRest, flyingToNear, nearRest };
+    Phase phase() const;
+
+    struct Pose {
+        float eyeZ;
+        float pitch;
+        float moveZ;
+        float moveY;
+    };
+    Pose farPose() const { return {_farEyeZ, 0.0f, 0.0f, 0.0f}; }
+
+    static constexpr float _radius = 6.0f;
+    static constexpr float _fratioMax = 0.5f;
+    static constexpr float _nearEyeZ = 2.0f;
+    static constexpr float _nearPitch = -45.560596f;
+    static constexpr float _nearMoveY = 1.8790853f;
+    static constexpr float _nearMoveZ = 1.3989465f;
+    static constexpr float _lowPitch = -92.287971f;
+    static constexpr float _lowMoveY = 3.5770595f;
+    static constexpr float _lowMoveZ = -0.23966840f;
+
+    // Gestures and settings.
+    Relaxed<bool> _fingerUp = true;
+    Relaxed<bool> _autoRotate = false;
+    Relaxed<float> _autoRotateSpeed = 1.0f;
+    Relaxed<float> _tapAngle = 160.0f;  // of the last double tap, clockwise from the top of the screen
+    Relaxed<bool> _showBack = true;
+    Relaxed<bool> _showPoints = true;
+    Relaxed<float> _farEyeZ = 7.1f;
+    Relaxed<float> _startLift = 1.0f;  // how far below 0.2 the opening flight starts
+
+    // Gestures and frames.
+    Relaxed<int> _viewTarget = 0;    // the rest pose asked for: 0 far, 1 near
+    Relaxed<int> _viewAt = 1;        // the one settled in
+    Relaxed<int> _offRest = 0;       // gestures have carried the view away from it
+    Relaxed<float> _travel = 0.0f;   // along the path from there: positive towards far, negative towards low
+    Relaxed<float> _yaw = 0.0f;      // of the bowl, settled
+    Relaxed<float> _eyeZ = 7.1f;     // camera
+    Relaxed<bool> _opening = false;  // the opening flight runs
+
+    // Frames.
+    float _pitch = 0.0f;     // of the scene, about x
+    float _moveZ = 0.0f;     // of the scene
+    float _moveY = 0.0f;     // of the scene
+    float _shownYaw = 0.0f;  // of the bowl in this frame
+    bool _tiltSeen = false;  // at or past the near pose since the view last settled at the far one
+    bool _wasFingerUp = false;
+
+    // The flight between rest poses: a countdown of `_animStep` a frame, in which all four numbers arrive together.
+    int _animating = 0;  // started, and no rest rule has run since
+    int _towardNear = 0;
+    float _animLeft = 0.0f;
+    float _animTotal = 0.0f;
+    float _animSpan = 0.0f;   // the largest of the four distances
+    float _yawRate = 160.0f;  // degrees per unit of countdown
+    float _eyeSpan = 0.0f;
+    float _pitchSpan = 0.0f;  // a twentieth of the distance
+    float _moveZSpan = 0.0f;
+    float _moveYSpan = 0.0f;
+    int _eyeSign = 0;  // 1, -1, or 0 when it has arrived
+    int _pitchSign = 0;
+    int _moveZSign = 0;
+    int _moveYSign = 0;
+
+private:
+    void stepAutoRotate();
+    bool stepSpring();
+    void stepPose();
+    bool flyTo(const Pose& target);
+    void startFlight(const Pose& target);
+    void restNear();
+    void restFar();
+    void tiltPastNear(float pitch);
+    void blendFromFar(const Pose& end, float u);
+    void stepYaw();
+    float yawRate() const;
+};
+
+}  // namespace zet::ZETShow

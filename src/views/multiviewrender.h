@@ -1,0 +1,42 @@
+#pragma once
+
+#include "render/render.h"
+#include "views/multiviewmotion.h"
+#include "views/parts/dome.h"
+
+namespace zet::ZETShow {
+
+/// Mode 3: four cameras inside the dome, each with a pane of its own in a grid of two by two.
+class MultiViewRender final : public Render {
+public:
+    MultiViewRender(DisplayConfig* config, float touchScale, Display* display);
+
+    int init() override;
+    int createProgram() override;
+    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+
+    int onTouchDown(float x, float y) override;
+    int onTouchUp(float x, float y) override;
+    int onDoubleTap(float x, float y) override;
+    int onDrag(float x1, float y1, float x2, float y2) override;
+    void setAutoRotate(bool enable, float speed) override;
+    void onFling(float velocityX, float velocityY) override;
+
+private:
+    void layOut();
+    void drawPanes(Texture& texture);
+    void drawPane(int p, const PaneRect& rect, Texture& texture);
+
+    // Gestures and settings.
+    MultiViewMotion _motion;
+
+    // Fixed after `init`.
+    Dome _dome;
+    bool _ready = false;
+    GLint _fradLoc = -1;
+    GLint _fratioLoc = -1;
+
+    MatrixState _paneMatrices[MultiViewMotion::paneCount];
+};
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+#include "support/eglcalls.h"
+#include "support/picture.h"
+#include "support/window.h"
+#include "zet/zet.h"
+
+namespace zet::test {
+
+/// A player of one display: its bus, its window, and what the window shows.
+class DisplayTest : public testing::Test {
+protected:
+    void TearDown() override {
+        display.reset();
+        resetEgl();
+    }
+
+    void start() { display = CreateZETDisplay(&bus, &global); }
+    /// A display with a window, in the view that was set before, at first the flat one.
+    void start(int width, int height) {
+        window.emplace(width, height);
+        start();
+        bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
+    }
+    /// Waits until everything that has been set by now is drawn: of two further draws the second began after it.
+    void redraw() {
+        bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
+        ASSERT_TRUE(waitForSwaps(2));
+    }
+    /// Waits until nothing is owed: 30 draws after the last request.
+    void drawOut() {
+        bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
+        ASSERT_TRUE(waitForSwaps(30));
+    }
+    /// The window with `frame` in it.
+    Picture shown(const Frame& frame) {
+        bus.setConfig(DCFG_YUV_FRAME, &frame.record);
+        return shown();
+    }
+    Picture shown() {
+        redraw();
+        return window->grab();
+    }
+    float scale() {
+        float value = 0;
+        EXPECT_EQ(bus.readConfig(DCFG_SCALE, value), 0);
+        return value;
+    }
+
+    DisplayConfig bus;
+    GlobalConfiger global;
+    std::optional<Window> window;
+    std::shared_ptr<DisplayConfigKit> display;
+};
+
+}  // namespace zet::test

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+
+namespace zet::test {
+
+/// EGL functions that pass through the tests: counted, and made to fail. `makeCurrent` means only the calls that make
+/// a context current, not those that let it go.
+enum class EglCall {
+    getDisplay,
+    initialize,
+    terminate,
+    chooseConfig,
+    createContext,
+    createWindowSurface,
+    makeCurrent,
+    querySurface,
+    swapInterval,
+    swapBuffers,
+};
+
+/// Calls of all displays since the start of the program or the last `resetEgl`.
+int eglCalls(EglCall call);
+/// Calls from now on fail without reaching EGL, until `resetEgl`.
+void failEgl(EglCall call);
+/// Nothing fails, counts are 0, no hook.
+void resetEgl();
+/// Runs on the render thread before each swap, with the context current and the display's lock held.
+void beforeSwap(const std::function<void()>& hook);
+/// Waits until `count` further swaps have ended; false after 10 s. All displays count.
+bool waitForSwaps(int count);
+
+}  // namespace zet::test

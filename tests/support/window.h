@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+
+#include "support/picture.h"
+
+namespace zet::test {
+
+/// A bare window on the X screen, above all others and seen when the constructor returns. One thread.
+class Window {
+public:
+    Window(int width, int height, int x = 0, int y = 0);
+    ~Window();
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    std::uintptr_t handle() const { return _window; }
+    void resize(int width, int height);
+    void unmap();
+    void destroy();
+    /// What the screen shows in the window.
+    Picture grab() const;
+
+private:
+    void* const _connection;
+    std::uintptr_t _window = 0;
+};
+
+}  // namespace zet::test
