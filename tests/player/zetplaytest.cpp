@@ -152,5 +152,28 @@ TEST_F(Zetplay, ShowsThePictureUprightInItsColours) {
     }
 }
 
+TEST_F(Zetplay, SnapshotsAgreeWithTheWindow) {
+    _scratch.write("good.y4m", quarteredVideo(64, 32, 3));
+    _scratch.write("snap.txt",
+                   "frame\nsettle\nrotation 180\nframe\n"
+                   "snap view.png\nsnap view.rgba\nsnap post.png post\nsnap source.png source\n"
+                   "snap small.png buffer=100\n");
+    const Result result = run("--headless --size 200x100 good.y4m --script snap.txt");
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, "snap 200 100\nsnap 200 100\nsnap 200 100\nsnap 64 32\nsnap refused\n");
+    // The view is turned by 180 degrees, the frame itself is not.
+    for (const auto& [file, turned] : {std::pair{"view.png", true}, {"post.png", true}, {"source.png", false}}) {
+        SCOPED_TRACE(file);
+        const Image image = readPng(_scratch.path(file));
+        for (int quarter = 0; quarter < 4; ++quarter)
+            expectQuarter(image, quarter % 2 ? 0.75 : 0.25, quarter / 2 ? 0.75 : 0.25, turned ? 3 - quarter : quarter);
+    }
+    const std::string raw = contents(_scratch.path("view.rgba"));
+    ASSERT_EQ(raw.size(), 200u * 100 * 4);
+    // As the module delivered it: the bottom row first.
+    const Image view = readPng(_scratch.path("view.png"));
+    for (std::size_t c = 0; c < 3; ++c) EXPECT_EQ(static_cast<std::uint8_t>(raw[c]), view.row(99)[c]);
+}
+
 }  // namespace
 }  // namespace zetplay::test
