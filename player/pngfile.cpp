@@ -1,6 +1,7 @@
 #include "pngfile.h"
 
 #include <png.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,7 +15,8 @@ namespace zetplay {
 
 namespace {
 
-/// A file that is removed again unless it is finished: a half-written picture is worse than none.
+/// A file that is removed again unless it is finished: a half-written picture is worse than none. What is no regular
+/// file, such as a device, stays.
 class OutFile {
 public:
     explicit OutFile(const std::string& path) : _path(path), _file(std::fopen(path.c_str(), "wb")) {
@@ -22,8 +24,10 @@ public:
     }
     ~OutFile() {
         if (!_file) return;
+        struct stat kind {};
+        const bool regular = ::fstat(::fileno(_file), &kind) == 0 && S_ISREG(kind.st_mode);
         std::fclose(_file);
-        ::unlink(_path.c_str());
+        if (regular) ::unlink(_path.c_str());
     }
     OutFile(const OutFile&) = delete;
     OutFile& operator=(const OutFile&) = delete;
