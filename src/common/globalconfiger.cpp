@@ -34,7 +34,7 @@ char* GlobalConfiger::GetFontPath() {
     thread_local std::string answer;
     const std::lock_guard lock(_mutex);
     answer = _fontPath;
-    return answer.data();
+    return answer.data();  // NOLINT(clang-analyzer-cplusplus.InnerPointer): stays until this thread asks again
 }
 
 std::int64_t GlobalConfiger::GetStartTime4WaterMarker() {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -49,7 +50,8 @@ protected:
     void SetUp() override {
         setenv("TZ", "EST5", 1);
         tzset();
-        _folder = fs::path(testing::TempDir()) / "zet textfilter";
+        // A name of its own: other cases run at the same time.
+        _folder = fs::path(testing::TempDir()) / ("zet textfilter " + std::to_string(getpid()));
         fs::create_directories(_folder);
         logged.clear();
         ZETLog::instance().setSink([](LogLevel, const char* line) { logged.emplace_back(line); });
