@@ -10,28 +10,42 @@ namespace {
 
 using ZETShow::Condition;
 
-TEST(Condition, losesNoWakeUpOfAChangeMadeOutsideTheLock) {
-    // Each step is answered before the next is made, so a single lost wake-up ends in a hang.
-    std::recursive_mutex mutex;
-    Condition asked, answered;
-    std::atomic<int> question = 0, answer = 0;
-    constexpr int last = 50000;
-    std::thread waiter([&] {
-        std::unique_lock lock(mutex);
-        while (answer < last) {
-            asked.waitWhile(mutex, [&] { return question == answer; });
-            answer = question.load();
-            answered.notifyOne();
+/// A change that comes between the waiter's test and its sleep, made outside the waiter's lock.
+class ChangeAfterTest {
+public:
+    explicit ChangeAfterTest(Condition& condition) : _condition(condition) {}
+    ~ChangeAfterTest() { _notifier.join(); }
+
+    bool blocked() {
+        const bool result = !_changed;
+        if (!_notifier.joinable()) {
+            _notifier = std::thread([this] {
+                _changed = true;
+                _condition.notifyOne();
+            });
+            std::this_thread::sleep_for(std::chrono::milliseconds(30));  // time enough for a wake-up to get lost
         }
-    });
-    std::recursive_mutex own;
-    std::unique_lock lock(own);
-    for (int i = 1; i <= last; ++i) {
-        question = i;
-        asked.notifyOne();
-        answered.waitWhile(own, [&] { return answer != i; });
+        return result;
     }
-    waiter.join();
+
+private:
+    Condition& _condition;
+    std::atomic<bool> _changed = false;
+    std::thread _notifier;
+};
+
+TEST(Condition, losesNoWakeUpOfAChangeMadeOutsideTheLock) {
+    std::recursive_mutex mutex;
+    Condition condition;
+    {
+        const std::lock_guard lock(mutex);
+        ChangeAfterTest change(condition);
+        condition.waitWhileUntil(mutex, Condition::Clock::now() + std::chrono::hours(1),
+                                 [&] { return change.blocked(); });
+    }
+    const std::lock_guard lock(mutex);
+    ChangeAfterTest change(condition);
+    condition.waitWhile(mutex, [&] { return change.blocked(); });
 }
 
 TEST(Condition, waitsUntilTheDeadlineThroughWakeUpsThatChangeNothing) {
