@@ -27,9 +27,10 @@ bool Feed::fetch() {
 
 void Feed::show() {
     if (_stillShown) {
-        _driver.setFrameAgain(_annotations);
+        _driver.setFrameAgain(annotations());
     } else {
-        _driver.setFrame(_picture, _annotations);
+        _number = _picture.number;
+        _driver.setFrame(_picture, annotations());
     }
     _stillShown = _source.still();
     _waiting = false;
@@ -43,18 +44,35 @@ void Feed::drop() {
 
 void Feed::showAgain() {
     if (_shown == 0) return;
-    _driver.setFrameAgain(_annotations);
+    _driver.setFrameAgain(annotations());
     ++_set;
 }
 
+void Feed::setLens(const std::optional<LensRegion>& lens) {
+    _own.lens = lens;
+    _ownLens = true;
+}
+
 void Feed::setFaces(const std::vector<zet::FaceItem>& faces) {
-    _annotations.faces = faces;
-    _annotations.rects.clear();
+    _own.faces = faces;
+    _own.rects.clear();
+    _ownItems = true;
 }
 
 void Feed::setRects(const std::vector<zet::RectItem>& rects) {
-    _annotations.rects = rects;
-    _annotations.faces.clear();
+    _own.rects = rects;
+    _own.faces.clear();
+    _ownItems = true;
+}
+
+Annotations Feed::annotations() const {
+    Annotations annotations = _metadata.of(_number);
+    if (_ownLens) annotations.lens = _own.lens;
+    if (_ownItems) {
+        annotations.faces = _own.faces;
+        annotations.rects = _own.rects;
+    }
+    return annotations;
 }
 
 }  // namespace zetplay

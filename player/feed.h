@@ -4,6 +4,7 @@
 
 #include "annotations.h"
 #include "driver.h"
+#include "metadata.h"
 #include "source.h"
 
 namespace zetplay {
@@ -31,9 +32,12 @@ public:
     /// A still picture is one frame, or one that comes as often as it is asked for.
     bool repeatStill = false;
 
-    // What goes with the frames that follow.
+    /// What goes with each frame, as long as nothing else is set below.
+    void setMetadata(Metadata metadata) { _metadata = std::move(metadata); }
 
-    void setLens(const std::optional<LensRegion>& lens) { _annotations.lens = lens; }
+    // What goes with the frames that follow, whatever the metadata say.
+
+    void setLens(const std::optional<LensRegion>& lens);
     /// A frame carries faces or rectangles, so each takes the other's place.
     void setFaces(const std::vector<zet::FaceItem>& faces);
     void setRects(const std::vector<zet::RectItem>& rects);
@@ -44,10 +48,16 @@ public:
     std::int64_t framesShown() const { return _shown; }
 
 private:
+    Annotations annotations() const;
+
     Source& _source;
     Driver& _driver;
     Picture _picture;
-    Annotations _annotations;
+    std::int64_t _number = 0;  // of the picture set last
+    Metadata _metadata;
+    Annotations _own;  // in the metadata's place, where these say so
+    bool _ownLens = false;
+    bool _ownItems = false;
     bool _waiting = false;
     bool _stillShown = false;
     double _start = 0;  // of the source on the timeline

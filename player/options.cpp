@@ -79,6 +79,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
         ->option_text("VIEW");
     app.add_option("--size", texts.size, "Window size in pixels [1280x720]")->option_text("WxH");
     app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture, or none")->option_text("CX,CY,RX,RY");
+    app.add_option("--meta", options.meta, "Faces, rectangles and lens region of each frame")->option_text("FILE.json");
     app.add_option("--mount", texts.mount, "Mounting of the synthetic camera [ceiling]")
         ->option_text("ceiling|wall")
         ->check(CLI::IsMember({"ceiling", "wall"}));

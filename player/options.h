@@ -24,6 +24,7 @@ struct Options {
     int height = 720;
     bool lensGiven = false;
     std::optional<LensRegion> lens;
+    std::string meta;
     Mount mount = Mount::ceiling;
     SyntheticSize synthetic;
     std::int64_t frames = 0;  ///< 0 for no limit

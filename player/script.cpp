@@ -1,10 +1,9 @@
 #include "script.h"
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
+#include <sstream>
 
 #include "linereader.h"
+#include "textfile.h"
 
 namespace zetplay {
 
@@ -21,13 +20,10 @@ Script::Script(const std::string& path) : _name(path), _standardInput(path == "-
         _name = "standard input";
         return;
     }
-    std::ifstream file(path);
-    if (!file) throw Failure(path + ": " + std::strerror(errno));
+    std::istringstream file(readText(path));
     std::string text;
     for (int line = 1; std::getline(file, text); ++line)
         if (auto step = parse(text, line)) _steps.push_back(std::move(*step));
-    // A directory opens and can't be read.
-    if (file.bad()) throw Failure(path + ": " + std::strerror(errno));
 }
 
 void Script::run(Session& session) const {

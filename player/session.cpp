@@ -41,7 +41,8 @@ Session::Session(const Options& given)
       feed(*source, driver),
       _view(given.view) {
     feed.loop = options.loop;
-    feed.setLens(options.lens);
+    if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
+    if (options.lensGiven) feed.setLens(options.lens);
     driver.global().setFontPath(options.font.empty() ? systemFont() : options.font);
     driver.global().setStartTime4WaterMarker(options.startTime);
     driver.global().setRectZoom(options.rectZoom);
