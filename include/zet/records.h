@@ -85,7 +85,7 @@ struct Fling {
 /// Value of `DCFG_AUTO_ROTATE`.
 struct AutoRotate {
     std::int32_t enable = 0;  ///< not 0 turns the rotation on
-    float speed = 0;          ///< degrees per drawn frame
+    float speed = 0;          ///< factor on the view's own speed; below 0 the other way round
 };
 
 /// Value of `DCFG_SCENE_BACKDROP`: two truth values.
