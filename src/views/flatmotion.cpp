@@ -26,11 +26,22 @@ int FlatMotion::setScale(float scale) {
     return applied == scale ? 0 : -1;
 }
 
+int FlatMotion::clampScale() {
+    const float scale = _scale;
+    const float applied = limited(scale);
+    if (applied == scale) return 0;  // nothing is stored: a setter may be storing another zoom just now
+    _scale = applied;
+    return -1;
+}
+
 void FlatMotion::clampPan() {
     clampScale();
     const float edge = _scale - 1.0f;
-    _panX = std::min(std::max<float>(_panX, -edge), edge);
-    _panY = std::min(std::max<float>(_panY, -edge), edge);
+    for (Relaxed<float>* const pan : {&_panX, &_panY}) {
+        const float moved = *pan;
+        const float held = std::min(std::max(moved, -edge), edge);
+        if (held != moved) *pan = held;
+    }
 }
 
 void FlatMotion::pinch(float factor) {

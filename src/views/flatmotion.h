@@ -11,7 +11,8 @@ namespace zet::ZETShow {
 struct FlatMotion {
     /// Sets the zoom within its range; 0 if `scale` lies there, otherwise -1. Any thread.
     int setScale(float scale);
-    int clampScale() { return setScale(_scale); }
+    /// Brings the zoom back into its range; 0 if it was there, otherwise -1. Any thread.
+    int clampScale();
     /// Keeps the picture's edges at or beyond the view's. Render thread.
     void clampPan();
     /// One step of zoom in the direction of `factor`, whatever its size. Setter's thread.

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace zet::test {
 namespace {
 
@@ -123,6 +126,23 @@ TEST(FlatMotion, keepsThePictureOverTheView) {
     motion.clampPan();
     EXPECT_EQ(motion._panX, -1.5f);
     EXPECT_EQ(motion._panY, 1.25f);
+}
+
+TEST(FlatMotion, undoesNoZoomThatIsSetWhileAFrameIsDrawn) {
+    FlatMotion motion;
+    std::atomic<bool> done = false;
+    std::thread frames([&] {
+        while (!done) motion.clampPan();
+    });
+    int undone = 0;
+    for (int i = 0; i < 1000000; ++i) {
+        const float scale = i % 2 != 0 ? 2 : 3;
+        motion.setScale(scale);
+        for (int look = 0; look < 20; ++look) undone += motion._scale != scale;
+    }
+    done = true;
+    frames.join();
+    EXPECT_EQ(undone, 0);
 }
 
 }  // namespace
