@@ -1,5 +1,3 @@
-#include "overlay/textfilter.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -16,7 +14,8 @@ extern "C" {
 #include <string>
 #include <vector>
 
-#include "zet/zetlog.h"
+#include "overlay/textfilter.h"
+#include "support/calllog.h"
 
 namespace zet::ZETShow {
 
@@ -24,15 +23,12 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr int rgba = 26;
 constexpr std::int64_t someTime = 1700000000999;  // 2023-11-14 22:13:20 UTC
 // Not the font that fontconfig falls back to.
 const char* const fontFile = "/usr/share/fonts/truetype/dejavu/DejaVuSerif-Bold.ttf";
-
-std::vector<std::string> logged;
 
 // A gradient under noise: every pixel that the text doesn't touch has a value that it can lose.
 Bytes makePicture(int width, int height) {
@@ -53,14 +49,9 @@ protected:
         // A name of its own: other cases run at the same time.
         _folder = fs::path(testing::TempDir()) / ("zet textfilter " + std::to_string(getpid()));
         fs::create_directories(_folder);
-        logged.clear();
-        ZETLog::instance().setSink([](LogLevel, const char* line) { logged.emplace_back(line); });
     }
 
-    void TearDown() override {
-        ZETLog::instance().setSink(nullptr);
-        fs::remove_all(_folder);
-    }
+    void TearDown() override { fs::remove_all(_folder); }
 
     // What the ffmpeg tool writes into the picture. The text comes from a file, past all escaping.
     Bytes throughTool(const Bytes& picture, int width, int height, const std::string& text, int fontSize, int y) {
@@ -98,12 +89,13 @@ TEST_F(TextFilterTest, WritesWhatTheToolWrites) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
+        const test::CallLog log;
         const Bytes before = makePicture(c.width, c.height);
         Bytes picture = before;
         filterData(c.time, picture.data(), c.width, c.height, c.width * 4, fontFile, rgba);
         EXPECT_TRUE(picture != before || c.fontSize == 0);
         EXPECT_TRUE(picture == throughTool(before, c.width, c.height, c.text, c.fontSize, c.y));
-        EXPECT_THAT(logged, ElementsAre());
+        EXPECT_THAT(log.lines(), ElementsAre());
     }
 }
 
@@ -117,6 +109,7 @@ TEST_F(TextFilterTest, TakesTheFontUnderAnyName) {
         "100%{pts}%%",  "[in][a]",  "a,b;c=d",           " blank both ", "line\nend\n", "\ttab",
         R"(',\';[:' )", "drawtext", "\xc3\xa9t\xc3\xa9", "text='x':x=9",
     };
+    const test::CallLog log;
     fs::current_path(_folder);
     for (const char* const name : names) {
         for (const std::string& path : {_folder.string() + "/" + name, std::string(name)}) {
@@ -129,7 +122,7 @@ TEST_F(TextFilterTest, TakesTheFontUnderAnyName) {
         }
     }
     fs::current_path("/");
-    EXPECT_THAT(logged, ElementsAre());
+    EXPECT_THAT(log.lines(), ElementsAre());
 }
 
 TEST_F(TextFilterTest, LeavesThePictureWholeAndSaysWhy) {
@@ -171,7 +164,7 @@ TEST_F(TextFilterTest, LeavesThePictureWholeAndSaysWhy) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        logged.clear();
+        const test::CallLog log;
         const Bytes before = makePicture(640, 360);
         Bytes picture = before;
         av_log_set_level(AV_LOG_INFO);
@@ -180,7 +173,7 @@ TEST_F(TextFilterTest, LeavesThePictureWholeAndSaysWhy) {
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
         EXPECT_EQ(av_log_get_level(), AV_LOG_INFO);
         EXPECT_TRUE(picture == before);
-        EXPECT_EQ(logged, c.lines);
+        EXPECT_EQ(log.lines(), c.lines);
     }
 }
 
