@@ -175,7 +175,7 @@ TEST_F(DisplayGl, dropsAFrameWhileTheLastOneIsUndrawn) {
 TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
     start(64, 64);
     shown(Frame(64, 64, red));
-    settle();
+    drawOut();
     std::vector<std::chrono::steady_clock::time_point> draws;
     beforeSwap([&] { draws.push_back(std::chrono::steady_clock::now()); });
     const Frame frame(64, 64, blue);
@@ -185,12 +185,12 @@ TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
         std::this_thread::sleep_for(std::chrono::milliseconds(60));  // more than are owed would come every 17 ms
         return eglCalls(EglCall::swapBuffers) - before;
     };
-    EXPECT_EQ(countAfter([&] { settle(); }), 30);
+    EXPECT_EQ(countAfter([&] { drawOut(); }), 30);
     EXPECT_EQ(countAfter([&] { bus.setConfig(DCFG_YUV_FRAME, &frame.record); }), 1);
     const int two = countAfter([&] {
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
         ASSERT_TRUE(waitForSwaps(10));
-        settle();
+        drawOut();
     });
     EXPECT_THAT(two, testing::AnyOf(40, 41)) << "requests don't add up; a draw may have had its turn at the second";
     for (std::size_t i = 1; i < draws.size(); ++i) EXPECT_GE(draws[i] - draws[i - 1], std::chrono::milliseconds(17));
@@ -199,7 +199,7 @@ TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
 
 TEST_F(DisplayGl, runsATaskThatInterruptsTheDrawsPause) {
     start(64, 64);
-    settle();
+    drawOut();
     // 29 times the draw's turn is passed on to a task. Each costs a step of the count, and no time.
     const int before = eglCalls(EglCall::swapBuffers);
     bus.setConfig(DCFG_RENDER_REQUEST, nullptr);

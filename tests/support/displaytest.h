@@ -37,7 +37,7 @@ protected:
         ASSERT_TRUE(waitForSwaps(2));
     }
     /// Waits until no draw is owed.
-    void settle() {
+    void drawOut() {
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
         ASSERT_TRUE(waitForSwaps(30));
         std::this_thread::sleep_for(std::chrono::milliseconds(50));  // one more, whose turn had been taken before
