@@ -1,6 +1,7 @@
 #include "render/renderfactory.h"
 
 #include "views/commonrender.h"
+#include "views/cylindersiderender.h"
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
@@ -36,6 +37,8 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<CommonRender>(config, touchScale, display);
         case 1:
             return make<HalfSphereRender>(config, touchScale, display);
+        case 2:
+            return make<CylinderSideRender>(config, touchScale, display);
         case 3:
             return make<MultiViewRender>(config, touchScale, display);
         case 4:
