@@ -2,6 +2,7 @@
 
 #include "views/commonrender.h"
 #include "views/cylindersiderender.h"
+#include "views/cylindersphererender.h"
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
@@ -43,6 +44,10 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<MultiViewRender>(config, touchScale, display);
         case 4:
             return make<MultiViewMapRender>(config, touchScale, display);
+        case 5:
+            return make<CylinderSphereRender>(0, config, touchScale, display);
+        case 6:
+            return make<CylinderSphereRender>(1, config, touchScale, display);
         default:
             return nullptr;
     }
