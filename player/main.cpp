@@ -1,9 +1,11 @@
 #include <iostream>
 
+#include "gallery.h"
 #include "interrupt.h"
 #include "options.h"
 #include "playback.h"
 #include "pngfile.h"
+#include "recording.h"
 #include "script.h"
 #include "session.h"
 #include "stats.h"
@@ -21,12 +23,17 @@ void play(Session& session, const Script* script) {
     if (script) {
         session.feed.repeatStill = true;
         script->run(session);
+    } else if (!session.options.gallery.empty()) {
+        makeGallery(session);
+    } else if (session.recording) {
+        record(session);
     } else {
         Playback(session).run();
     }
 }
 
 void finish(Session& session, const Stats& stats) {
+    if (session.recording) session.recording->finish();
     if (!session.options.shot.empty()) writePng(session.options.shot, session.window->grab());
     if (session.options.stats)
         std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet()) << std::endl;

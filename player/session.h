@@ -7,6 +7,7 @@
 #include "feed.h"
 #include "options.h"
 #include "source.h"
+#include "videowriter.h"
 #include "window.h"
 
 namespace zetplay {
@@ -27,10 +28,13 @@ public:
     std::unique_ptr<Window> window;
     Driver driver;
     Feed feed;
+    std::unique_ptr<VideoWriter> recording;
 
     int view() const { return _view; }
     /// Sets any number as the view, as it stands.
     void setView(int view);
+    /// Sets the waiting picture, returns when it is drawn, and records the window if that was asked for.
+    void drawNext();
     /// Puts a fresh window in the place of the present one.
     void renewWindow();
     /// Takes a snapshot with a buffer that is large enough.
@@ -38,7 +42,9 @@ public:
     /// Bytes that hold any snapshot.
     int snapBytes() const;
 
-    /// The run is to end: Ctrl-C, the window was closed, or `--frames` is reached.
+    /// The user ends the run: Ctrl-C, or the window was closed.
+    bool closing() const;
+    /// The run is to end: by the user, or because `--frames` is reached.
     bool stopped() const;
     void quit() { _quit = true; }
     /// Takes what has come from the window system; only its wish to close the window counts.
