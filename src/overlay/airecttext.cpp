@@ -121,9 +121,10 @@ void AiRectRender::drawGlyph(const FT_BitmapGlyphRec& glyph, int cursor) {
         const std::uint8_t* const source = glyph.bitmap.buffer + static_cast<std::ptrdiff_t>(row - first) * width;
         std::uint8_t* const line = _textBuffer.data() + static_cast<std::ptrdiff_t>(row) * _textRowBytes;
         for (int i = 0; i < width; ++i) {
-            // Fully on where the glyph only touches. A glyph that leans out of the row to the left is cut there.
+            // Fully on where the glyph only touches. Where it leans over the one before, its own box decides; what
+            // leans out of the row is cut.
             const int x = cursor + glyph.left + i;
-            if (source[i] != 0 && x >= 0 && x < _textRowBytes) line[x] = 0xff;
+            if (x >= 0 && x < _textRowBytes) line[x] = source[i] != 0 ? 0xff : 0;
         }
     }
 }
