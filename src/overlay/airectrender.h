@@ -14,6 +14,9 @@
 
 namespace zet::ZETShow {
 
+struct FaceBox;
+struct FaceLines;
+
 /// Boxes round the faces of a frame, with up to three lines of text beside each. Everything stands in the coordinates
 /// of the video quad (-1 to 1, y upward) and goes through the view's matrix. Render thread.
 class AiRectRender {
@@ -46,16 +49,8 @@ public:
     const std::uint8_t* pixels() const { return _textBuffer.data(); }
 
 private:
-    struct Box {
-        float left;
-        float top;
-        float width;
-        float height;  // negative: it reaches downward
-    };
-
-    static Box boxOf(const FaceInfo& face, int frameWidth, int frameHeight);
-    void drawBox(const Box& box, const float* color, const float* matrix);
-    void drawLines(const FaceInfo& face, const Box& box, int option);
+    void drawBox(const FaceBox& box, const float* color, const float* matrix);
+    void drawLines(const FaceLines& lines);
     void beginText(const float* texCoords, const float* color, const float* matrix);
     void endText();
 

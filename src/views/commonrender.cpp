@@ -2,6 +2,7 @@
 // pinch zooms by one step, a drag moves the zoomed picture, a double tap flies to the full zoom and back. The picture
 // turns in steps of 90 degrees, and a lens record straightens what the lens has bent. Where an analysis stage marks a
 // rectangle and the player allows it, the picture zooms to it, with the whole frame small in the lower right corner.
+// Boxes with labels stand round the faces of a frame, and a picture of the player's may lie over it all.
 
 #include "views/commonrender.h"
 
@@ -131,8 +132,10 @@ int CommonRender::render(int surfaceWidth, int surfaceHeight, int frameWidth, in
     if (zoomed) zoomToRect(texture);
     drawQuad(texture);
     drawImageOverlay(rotation);
-    if (zoomed) drawInset(texture, rotation);
-    if (zoomed) zoomToRect(texture);
+    if (zoomed) {
+        drawInset(texture, rotation);
+        zoomToRect(texture);
+    }
     drawFaces(texture);
     _matrixState.popMatrix();
     return 0;
