@@ -7,7 +7,7 @@ set -euo pipefail
 
 # shellcheck disable=SC2016
 server='
-    Xvfb -displayfd 1 -screen 0 1920x1200x24 &
+    Xvfb -displayfd 1 -noreset -screen 0 1920x1200x24 &
     exec >&2
     tail -s 0.2 -f /dev/null --pid="$0"
     kill %1'

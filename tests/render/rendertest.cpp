@@ -1,50 +1,19 @@
 // What a view hears from the bus, and inertia. The display behind it has no EGL, so that nothing here needs a screen.
 
-#include "render/render.h"
-
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <optional>
 
 #include "display/display.h"
-#include "support/displaytest.h"
+#include "support/eglcalls.h"
+#include "support/probeview.h"
 
 namespace zet::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// Notes its calls; answers gestures with `result`.
-class ProbeView final : public ZETShow::Render {
-public:
-    ProbeView(DisplayConfig* bus, float touchScale, ZETShow::Display* display) : Render(bus, touchScale, display) {}
-    ~ProbeView() override = default;
-
-    int init() override { return 0; }
-    int createProgram() override { return 0; }
-    int render(int, int, int, int, ZETShow::Texture&) override { return 0; }
-    int onTouchUp(float x, float y) override { return note("up", {x, y}); }
-    int onPinch(float factor) override { return note("pinch", {factor}); }
-    int onDoubleTap(float x, float y) override { return note("double tap", {x, y}); }
-    int onDrag(float x1, float y1, float x2, float y2) override { return note("drag", {x1, y1, x2, y2}); }
-    void setAutoRotate(bool enable, float speed) override { note("rotate", {enable ? 1.0f : 0.0f, speed}); }
-    void onFling(float x, float y) override { note("fling", {x, y}); }
-    void setOpeningFlight(bool on) override { note("flight", {on ? 1.0f : 0.0f}); }
-    void setSceneBackdrop(bool first, bool stars) override {
-        note("scene", {first ? 1.0f : 0.0f, stars ? 1.0f : 0.0f});
-    }
-
-    int note(const char* name, std::vector<float> values) {
-        names.emplace_back(name);
-        numbers = values;
-        return result;
-    }
-
-    std::vector<std::string> names;
-    std::vector<float> numbers;
-    int result = 0;
-};
 
 class RenderNumbers : public testing::Test {
 protected:

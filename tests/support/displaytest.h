@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <optional>
+#include <thread>
 
 #include "support/eglcalls.h"
 #include "support/picture.h"
@@ -15,10 +17,7 @@ namespace zet::test {
 /// A player of one display: its bus, its window, and what the window shows.
 class DisplayTest : public testing::Test {
 protected:
-    void TearDown() override {
-        display.reset();
-        resetEgl();
-    }
+    void TearDown() override { stop(); }
 
     void start() { display = CreateZETDisplay(&bus, &global); }
     /// A display with a window, in the view that was set before, at first the flat one.
@@ -27,15 +26,21 @@ protected:
         start();
         bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
     }
+    /// At the end of a test whose hooks use its local variables.
+    void stop() {
+        display.reset();
+        resetEgl();
+    }
     /// Waits until everything that has been set by now is drawn: of two further draws the second began after it.
     void redraw() {
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
         ASSERT_TRUE(waitForSwaps(2));
     }
-    /// Waits until nothing is owed: 30 draws after the last request.
+    /// Waits until no draw is owed.
     void drawOut() {
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
         ASSERT_TRUE(waitForSwaps(30));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));  // one more, whose turn had been taken before
     }
     /// The window with `frame` in it.
     Picture shown(const Frame& frame) {
