@@ -27,7 +27,7 @@ protected:
         _controls.handleEvents(0);
     }
 
-    /// Notes `count` numbers of a record, or with 0 the value itself.
+    /// Notes `count` numbers of a record, or with 0 the value itself. A zero has no sign.
     template <typename Number>
     void note(std::int64_t id, const char* name, int count) {
         _observers.regist(
@@ -36,7 +36,8 @@ protected:
                 std::ostringstream line;
                 line << name;
                 if (count == 0) line << ' ' << event.getInt();
-                for (int i = 0; i < count; ++i) line << ' ' << static_cast<const Number*>(event.getData())[i];
+                for (int i = 0; i < count; ++i)
+                    line << ' ' << static_cast<const Number*>(event.getData())[i] + Number{};
                 _notes.push_back(line.str());
                 return 0;
             },
