@@ -102,6 +102,8 @@ void Display::dropSurface() {
         _texture.clear();
         _texture.usePlanes();  // the cropped picture went with the view
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    }
+    if (_eglSurface) {  // also where there is no context yet: a window takes one surface at a time
         log.error("Display::onWindowInstance eglDestroySurface %d",
                   static_cast<int>(eglDestroySurface(_eglDisplay, _eglSurface)));
     }
