@@ -236,6 +236,8 @@ TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     EXPECT_EQ(log.count("Texture::clear"), 2);
     EXPECT_EQ(log.count("eglDestroySurface 1"), 1);
     redraw();  // without a picture
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);  // undrawn, and gone with its window
+    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
     expectShown(shown(frame), red, "again");
 
     Window other(96, 96, 200);
