@@ -131,29 +131,5 @@ TEST_F(ControlsOnBus, KeysSetWhatTheyName) {
     }
 }
 
-TEST_F(ControlsOnBus, TouchEndsTheRotationForTheNextViewToo) {
-    key(SDLK_a);
-    _notes.clear();
-    mouse(SDL_MOUSEBUTTONDOWN, 1, 2, 1000);
-    _controls.handleEvents(0);
-    EXPECT_EQ(_notes, (Lines{"down 1 2", "auto 0"}));
-    EXPECT_FALSE(_controls.autoRotating());
-}
-
-TEST_F(ControlsOnBus, KeysActOnTheRun) {
-    key(SDLK_SPACE);
-    EXPECT_TRUE(_controls.paused());
-    key(SDLK_SPACE);
-    EXPECT_FALSE(_controls.paused());
-    key(SDLK_PERIOD);
-    EXPECT_TRUE(_controls.paused() && _controls.takeStep());
-    EXPECT_FALSE(_controls.takeStep());
-    key(SDLK_l);
-    EXPECT_TRUE(_session.feed.loop);
-    EXPECT_FALSE(_session.closing());
-    key(SDLK_ESCAPE);
-    EXPECT_TRUE(_session.closing());
-}
-
 }  // namespace
 }  // namespace zetplay
