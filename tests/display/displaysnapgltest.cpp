@@ -315,15 +315,13 @@ TEST_F(DisplaySnapTest, ReadsAFrameThatIsStillWhole) {
     setMode(dewarpingMode);
     start(200, 120);
     const Frame frame = lensFrame(middle);
-    shown(frame);
-    // Between two draws of the render thread: the frame is up and not yet drawn.
+    // Between two draws of the render thread: the frame is up and not yet drawn, and one before it has been cut.
     Snap snap(96 * 64 * 4);
-    bool done = false;
+    int swaps = 0;
     test::beforeSwap([&] {
-        if (done) return;
+        if (++swaps > 2) return;
         bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-        set(snap, true, true);
-        done = true;
+        if (swaps == 2) set(snap, true, true);
     });
     redraw();
     display.reset();  // from here on nothing runs the hook
