@@ -52,8 +52,8 @@ int main() {
         config.setConfig(zet::DCFG_WINDOW_INSTANCE, i % 2 ? second.handle() : first.handle());
         config.setConfig(zet::DCFG_YUV_FRAME, &frame);
     });
-    count("mode changes", [&](int) {
-        config.setConfig(zet::DCFG_RENDER_MODE, 0);
+    count("mode changes", [&](int i) {
+        config.setConfig(zet::DCFG_RENDER_MODE, i % 11);
         config.setConfig(zet::DCFG_YUV_FRAME, &frame);
     });
 }

@@ -2,6 +2,8 @@
 
 #include <signal.h>
 
+#include <initializer_list>
+
 namespace zetplay {
 
 namespace {
@@ -14,10 +16,9 @@ void watchInterrupts() {
     struct sigaction action {};
     action.sa_handler = [](int signal) { received = signal; };
     sigemptyset(&action.sa_mask);
-    // Without SA_RESTART: a read from a terminal returns. A second Ctrl-C ends a run that hangs.
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
+    // Without SA_RESTART: a wait for input returns. A second signal changes nothing: some programs send theirs twice,
+    // to the process and to its group.
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 
 int interrupted() {

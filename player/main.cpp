@@ -1,9 +1,11 @@
 #include <iostream>
 
+#include "gallery.h"
 #include "interrupt.h"
 #include "options.h"
 #include "playback.h"
 #include "pngfile.h"
+#include "recording.h"
 #include "script.h"
 #include "session.h"
 #include "stats.h"
@@ -21,12 +23,17 @@ void play(Session& session, const Script* script) {
     if (script) {
         session.feed.repeatStill = true;
         script->run(session);
+    } else if (!session.options.gallery.empty()) {
+        makeGallery(session);
+    } else if (session.recording) {
+        record(session);
     } else {
         Playback(session).run();
     }
 }
 
 void finish(Session& session, const Stats& stats) {
+    if (session.recording) session.recording->finish();
     if (!session.options.shot.empty()) writePng(session.options.shot, session.window->grab());
     if (session.options.stats)
         std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet()) << std::endl;
@@ -41,8 +48,8 @@ int run(const Options& options) {
     watchInterrupts();
     try {
         play(session, script.get());
-    } catch (const Failure&) {
-        // What was shown up to a damaged place of the input is still worth its picture.
+    } catch (...) {
+        // What was shown up to a damaged place of the input, or a wrong line, is still worth its picture and recording.
         finish(session, stats);
         throw;
     }

@@ -77,6 +77,7 @@ public:
     void rewind() override;
     bool still() const override { return _still; }
     double frameRate() const override { return _frameRate; }
+    std::int64_t frameCount() const override;
     std::string name() const override { return std::filesystem::path(_path).filename().string(); }
 
 private:
@@ -130,6 +131,13 @@ MediaSource::MediaSource(std::string path) : _path(std::move(path)) {
     _still = _decoded == 1 && _damage.empty();
     const AVRational rate = av_guess_frame_rate(_format.get(), _stream, nullptr);
     if (!_still && rate.num > 0 && rate.den > 0) _frameRate = av_q2d(rate);
+}
+
+std::int64_t MediaSource::frameCount() const {
+    if (_still) return 1;
+    if (_stream->nb_frames > 0) return _stream->nb_frames;
+    if (_format->duration <= 0) return 0;
+    return std::llround(static_cast<double>(_format->duration) / AV_TIME_BASE * _frameRate);
 }
 
 /// Opens the input and decodes up to two pictures. Decoders of picture files mend a damaged file without a word unless

@@ -89,8 +89,15 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
         ->option_text("N")
         ->check(CLI::PositiveNumber);
     app.add_flag("--loop", options.loop, "Start over at the end");
-    app.add_option("--script", options.script, "Run a script, - for standard input")->option_text("FILE");
+    auto* script =
+        app.add_option("--script", options.script, "Run a script, - for standard input")->option_text("FILE");
     app.add_option("--shot", options.shot, "Save the whole window when the run ends")->option_text("FILE.png");
+    auto* record = app.add_option("--record", options.record, "Record the whole window, each frame of the input once")
+                       ->option_text("FILE.mp4");
+    app.add_option("--gallery", options.gallery, "All views as PNG files, and one sheet of them")
+        ->option_text("DIR")
+        ->excludes(record)
+        ->excludes(script);
     app.add_flag("--headless", options.headless, "Never show a window on a screen");
     app.add_option("--font", options.font, "Font file for labels and timestamps")->option_text("FILE");
     app.add_option("--start-time", options.startTime, "Base of the timestamps, milliseconds since 1970 UTC")

@@ -30,6 +30,8 @@ struct Options {
     std::int64_t frames = 0;  ///< 0 for no limit
     std::string script;       ///< "-" for standard input
     std::string shot;
+    std::string record;
+    std::string gallery;
     std::string font;
     std::int64_t startTime = 0;  ///< milliseconds since 1970-01-01 UTC
     bool rectZoom = false;

@@ -23,8 +23,7 @@ void runFrames(Session& session, int count) {
         session.drainEvents();
         if (!session.feed.fetch())
             throw Failure("frame: the input ends after " + std::to_string(session.feed.framesShown()) + " frames");
-        session.feed.show();
-        session.driver.waitDrawn();
+        session.drawNext();
     }
 }
 

@@ -49,6 +49,15 @@ Session::Session(const Options& given)
     retitle();
     driver.setView(_view);
     driver.setWindow(window->handle());
+    if (!options.record.empty())
+        recording =
+            std::make_unique<VideoWriter>(options.record, window->width(), window->height(), source->frameRate());
+}
+
+void Session::drawNext() {
+    feed.show();
+    driver.waitDrawn();
+    if (recording) recording->add(window->grab(), feed.due());
 }
 
 void Session::setView(int view) {
@@ -77,8 +86,12 @@ int Session::snapBytes() const {
     return std::max(4 * window->width() * window->height(), driver.frameBytes());
 }
 
+bool Session::closing() const {
+    return _quit || interrupted() != 0;
+}
+
 bool Session::stopped() const {
-    return _quit || interrupted() != 0 || (options.frames > 0 && feed.framesShown() >= options.frames);
+    return closing() || (options.frames > 0 && feed.framesShown() >= options.frames);
 }
 
 void Session::drainEvents() {

@@ -7,6 +7,7 @@
 #include "feed.h"
 #include "options.h"
 #include "source.h"
+#include "videowriter.h"
 #include "window.h"
 
 namespace zetplay {
@@ -16,6 +17,8 @@ class Session {
 public:
     /// Opens the input, then the window, then the display. Throws `Failure`.
     explicit Session(const Options& options);
+
+    // In the order in which they are made; they go in the opposite one.
 
     const Options& options;
     const std::unique_ptr<Source> source;
@@ -27,18 +30,23 @@ public:
     std::unique_ptr<Window> window;
     Driver driver;
     Feed feed;
+    std::unique_ptr<VideoWriter> recording;
 
     int view() const { return _view; }
     /// Sets any number as the view, as it stands.
     void setView(int view);
+    /// Sets the waiting picture, returns when it is drawn, and records the window if that was asked for.
+    void drawNext();
     /// Puts a fresh window in the place of the present one.
     void renewWindow();
-    /// Takes a snapshot with a buffer that is large enough.
+    /// Takes an upright snapshot, with the timestamp if there is one, in a buffer that is large enough.
     std::optional<Snapshot> snap(bool sourceFrame);
     /// Bytes that hold any snapshot.
     int snapBytes() const;
 
-    /// The run is to end: Ctrl-C, the window was closed, or `--frames` is reached.
+    /// The user ends the run: Ctrl-C, or the window was closed.
+    bool closing() const;
+    /// The run is to end: by the user, or because `--frames` is reached.
     bool stopped() const;
     void quit() { _quit = true; }
     /// Takes what has come from the window system; only its wish to close the window counts.

@@ -42,6 +42,8 @@ public:
     virtual bool still() const = 0;
     /// Pictures a second, as far as the input says; 0 if unknown.
     virtual double frameRate() const = 0;
+    /// Pictures from start to end, as far as the input says; 0 if unknown or without end.
+    virtual std::int64_t frameCount() const { return 0; }
     /// Name for the title of the window.
     virtual std::string name() const = 0;
 };

@@ -5,9 +5,9 @@
 
 namespace zetplay {
 
-/// A small font of round strokes: the capitals and signs that the synthetic room is lettered with. Letters are 1 high,
-/// measured between the middles of the strokes; x grows to the right and y upward from the foot of the first letter.
-/// A character that the font lacks is an empty place.
+/// A small font of round strokes: the capitals and signs that the synthetic room and the names of the views need.
+/// Letters are 1 high, measured between the middles of the strokes; x grows to the right and y upward from the foot of
+/// the first letter. A character that the font lacks is an empty place.
 
 /// Which letter of the line stands at `x`, or nearest to it.
 std::size_t textCell(std::string_view text, float x);

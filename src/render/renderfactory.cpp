@@ -1,9 +1,13 @@
 #include "render/renderfactory.h"
 
 #include "views/commonrender.h"
+#include "views/cylindersiderender.h"
+#include "views/cylindersphererender.h"
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
+#include "views/wallthreeviewrender.h"
+#include "views/walltwoviewrender.h"
 
 namespace zet::ZETShow {
 
@@ -36,10 +40,20 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<CommonRender>(config, touchScale, display);
         case 1:
             return make<HalfSphereRender>(config, touchScale, display);
+        case 2:
+            return make<CylinderSideRender>(config, touchScale, display);
         case 3:
             return make<MultiViewRender>(config, touchScale, display);
         case 4:
             return make<MultiViewMapRender>(config, touchScale, display);
+        case 5:
+            return make<CylinderSphereRender>(0, config, touchScale, display);
+        case 6:
+            return make<CylinderSphereRender>(1, config, touchScale, display);
+        case 7:
+            return make<WallThreeViewRender>(config, touchScale, display);
+        case 8:
+            return make<WallTwoViewRender>(config, touchScale, display);
         default:
             return nullptr;
     }

@@ -2,15 +2,18 @@
 // pinch zooms by one step, a drag moves the zoomed picture, a double tap flies to the full zoom and back. The picture
 // turns in steps of 90 degrees, and a lens record straightens what the lens has bent. Where an analysis stage marks a
 // rectangle and the player allows it, the picture zooms to it, with the whole frame small in the lower right corner.
+// Boxes with labels stand round the faces of a frame, and a picture of the player's may lie over it all.
 
 #include "views/commonrender.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <string>
 
 #include "render/program.h"
 #include "render/shaderpieces.h"
+#include "zet/zetlog.h"
 
 namespace zet::ZETShow {
 
@@ -88,6 +91,8 @@ int CommonRender::createProgram() {
 
 void CommonRender::registerObservers() {
     constexpr unsigned setting = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
+    observeOnRenderThread(DCFG_FACE_OPTION, setting,
+                          [this](DisplayConfigUserData& delivery) { return onFaceOption(delivery.getInt()); });
     observe(DCFG_SCALE, setting | DCFG_FLAG_READ,
             [this](DisplayConfigUserData& delivery) { return onScale(delivery); });
     observe(DCFG_MAX_SCALE, setting, [this](DisplayConfigUserData& delivery) {
@@ -98,6 +103,8 @@ void CommonRender::registerObservers() {
     observeOnRenderThread(DCFG_LENS_PARAM, setting, [this](DisplayConfigUserData& delivery) {
         return setLensParam(delivery.getRecord<const LensParam>());
     });
+    observeOnRenderThread(DCFG_OVERLAY_IMAGE, setting,
+                          [this](DisplayConfigUserData& delivery) { return onOverlayImage(delivery); });
     observeOnRenderThread(DCFG_CLEAR_COLOR, setting, [](DisplayConfigUserData& delivery) {
         const auto color = static_cast<unsigned>(delivery.getInt());
         const auto channel = [color](int shift) { return static_cast<float>((color >> shift & 0xff) / 255.0); };
@@ -119,18 +126,18 @@ int CommonRender::render(int surfaceWidth, int surfaceHeight, int frameWidth, in
 
     glUseProgram(_program);
     glClear(GL_COLOR_BUFFER_BIT);
-    bindQuad();
     applyViewTransform();
     if (_motion._zoomAnimating) requestRender();  // the animation pulls its own next frame
-    bindFrameTextures(texture, _matrixState.computeMvp());
-    if (zoomIsInForce(texture)) {
-        drawZoomedTo(texture);
-        drawInset();
-    } else {
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    const bool zoomed = zoomIsInForce(texture);
+    if (zoomed) zoomToRect(texture);
+    drawQuad(texture);
+    drawImageOverlay(rotation);
+    if (zoomed) {
+        drawInset(texture, rotation);
+        zoomToRect(texture);
     }
+    drawFaces(texture);
     _matrixState.popMatrix();
-    unbindQuad();
     return 0;
 }
 
@@ -187,18 +194,38 @@ bool CommonRender::zoomIsInForce(const Texture& texture) const {
     return rect.width > 0 && rect.height > 0;
 }
 
-void CommonRender::drawZoomedTo(const Texture& texture) {
-    zoomToRect(texture);
-    glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, _matrixState.computeMvp());
+void CommonRender::drawQuad(Texture& texture) {
+    glUseProgram(_program);
+    bindFrameTextures(texture, _matrixState.computeMvp());
+    bindQuad();
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    unbindQuad();
 }
 
-void CommonRender::drawInset() {
+void CommonRender::drawInset(Texture& texture, unsigned rotation) {
     lookStraight();
     matrixTranslate(_matrixState._viewMatrix, insetOffset, -insetOffset, 0);
     matrixScale(_matrixState._modelMatrix, insetScale, insetScale, 1);
-    glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, _matrixState.computeMvp());
-    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    drawQuad(texture);
+    drawImageOverlay(rotation);
+}
+
+void CommonRender::drawImageOverlay(unsigned rotation) {
+    if (!_imageOverlay || !_imageOverlay->hasImage()) return;
+    rotateTexCoords(rotation, _rotatedTexCoords, _baseTexCoords);
+    _imageOverlay->drawOverlay(_rotatedTexCoords, _matrixState._mvpMatrix);
+}
+
+void CommonRender::drawFaces(const Texture& texture) {
+    if (_faceOption == 0 || texture.faces.empty()) return;
+    if (!_aiRectRender) {
+        _aiRectRender = std::make_unique<AiRectRender>();
+        const char* const font = _globalConfiger->GetFontPath();
+        if (font && *font) _aiRectRender->initText(font);
+        _aiRectRender->initRect();
+    }
+    _aiRectRender->drawFaces(_rotatedQuadTexCoords, _matrixState.computeMvp(), texture.faces.data(),
+                             static_cast<int>(texture.faces.size()), _frameWidth, _frameHeight, _faceOption);
 }
 
 void CommonRender::zoomToRect(const Texture& texture) {
@@ -245,6 +272,30 @@ int CommonRender::setLensParam(const LensParam* lens) {
             static_cast<float>(lens->rightMargin + 1.0), static_cast<float>(lens->topMargin));
     _heightFactor = lens->k1 == 0.0 ? 1.0f : correctedHeight;
     return 0;
+}
+
+int CommonRender::onFaceOption(int option) {
+    if (!_aiRectRender) _faceOption = option;
+    ZETLog::instance().error("CommonRender::onFaceOption _aiRectRender: %p _faceOption: %d",
+                             static_cast<void*>(_aiRectRender.get()), _faceOption);
+    return RENDER_NOT_HANDLED;
+}
+
+int CommonRender::onOverlayImage(DisplayConfigUserData& delivery) {
+    const auto* const rectangle = delivery.getRecord<const OverlayRect>();
+    if (!rectangle) return RENDER_NOT_HANDLED;
+    const char* const path = reinterpret_cast<const char*>(rectangle + 1);
+    // A block that doesn't hold the whole path is no record.
+    const int size = delivery.getBlockSize() - static_cast<int>(sizeof(OverlayRect));
+    if (delivery.getBlockSize() != 0 && (size <= 0 || !std::memchr(path, 0, static_cast<std::size_t>(size)))) {
+        return RENDER_NOT_HANDLED;
+    }
+    if (!_imageOverlay) {
+        auto overlay = std::make_unique<ImageOverlay>();
+        if (overlay->initOverlay() == 0) _imageOverlay = std::move(overlay);
+    }
+    if (_imageOverlay) _imageOverlay->loadImage(path, &rectangle->x);
+    return RENDER_NOT_HANDLED;
 }
 
 int CommonRender::onScale(DisplayConfigUserData& delivery) {

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <memory>
+
+#include "overlay/airectrender.h"
+#include "overlay/imageoverlay.h"
 #include "render/matrix.h"
 #include "render/render.h"
 #include "views/flatmotion.h"
@@ -21,8 +25,10 @@ public:
 
 private:
     void registerObservers();
-    int onScale(DisplayConfigUserData& delivery);  // Setter's thread.
-    int setLensParam(const LensParam* lens);       // Render thread.
+    int onScale(DisplayConfigUserData& delivery);         // Setter's thread.
+    int setLensParam(const LensParam* lens);              // Render thread.
+    int onFaceOption(int option);                         // Render thread.
+    int onOverlayImage(DisplayConfigUserData& delivery);  // Render thread.
     void setQuad(float left, float bottom, float right, float top);
     void rotateTexCoords(unsigned rotation, float* out, const float* in) const;
 
@@ -32,9 +38,11 @@ private:
     void lookStraight();
     void applyViewTransform();
     bool zoomIsInForce(const Texture& texture) const;
-    void drawZoomedTo(const Texture& texture);
-    void drawInset();
     void zoomToRect(const Texture& texture);
+    void drawQuad(Texture& texture);
+    void drawInset(Texture& texture, unsigned rotation);
+    void drawImageOverlay(unsigned rotation);
+    void drawFaces(const Texture& texture);
 
     // Gestures and settings.
     FlatMotion _motion;
@@ -52,6 +60,11 @@ private:
     Relaxed<int> _surfaceHeight = 0;
     int _frameWidth = 0;  // after rotation and `_heightFactor`
     int _frameHeight = 0;
+
+    // Made when first needed. Render thread.
+    std::unique_ptr<AiRectRender> _aiRectRender;  // at the first frame with faces
+    std::unique_ptr<ImageOverlay> _imageOverlay;  // goes first
+    int _faceOption = FACE_BOX;                   // `FaceOption` bits; fixed once `_aiRectRender` stands
 
     GLint _lensLocs[9] = {-1, -1, -1, -1, -1, -1, -1, -1, -1};  // k1 k2 k3 p1 p2 fx fy ox oy
 };

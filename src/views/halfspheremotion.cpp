@@ -69,6 +69,14 @@ float HalfSphereMotion::fratio() const {
     return std::clamp(share, 0.0f, _fratioMax);
 }
 
+float HalfSphereMotion::parallaxEyeZ() const {
+    const float farEyeZ = _farEyeZ;
+    const float d = _eyeZ - farEyeZ;
+    const float s = (farEyeZ - _nearEyeZ) * (farEyeZ - _nearEyeZ);
+    if (d > 0.0f) return farEyeZ + d * (1.0f + 0.5f * d * d / s);
+    return std::max(farEyeZ + d * (1.0f + 2.3f * d * d / s), 0.0f);
+}
+
 void HalfSphereMotion::step() {
     stepAutoRotate();
     if (!stepSpring()) stepPose();

@@ -31,6 +31,9 @@ struct HalfSphereMotion {
     void step();
     /// How the picture is spread over the bowl: 0 at the near pose and below it, `_fratioMax` at the far one.
     float fratio() const;
+    /// Camera of what stands behind the bowl: as far away as the bowl's at the far pose, and ahead of it on the way
+    /// near.
+    float parallaxEyeZ() const;
     /// The scene moves by itself: the next frame differs without a gesture or new video.
     bool isAlive() const { return _opening || _showBack || _showPoints; }
 

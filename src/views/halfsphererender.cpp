@@ -1,7 +1,8 @@
 // What a person sees: the round picture as the inside of a bowl. From far the whole bowl, nearly as the lens drew it;
 // from near the view along its wall, as if one stood in the room; under a finger that tilts further, its rim. A double
 // tap flies between far and near and turns what was tapped to the top, drags and pinches do the way by hand, and a
-// tilt beyond near springs back. A new view opens with a flight out of the bowl, in which it turns once.
+// tilt beyond near springs back. A new view opens with a flight out of the bowl, in which it turns once. Behind it
+// stand a halo and stars, which are a part of their own.
 
 #include "views/halfsphererender.h"
 
@@ -53,6 +54,7 @@ HalfSphereRender::HalfSphereRender(DisplayConfig* config, float touchScale, Disp
 int HalfSphereRender::init() {
     _dome = makeDome(onFlattenedSphere);
     const int created = createProgram();
+    _scene.loadPicture();
     _ready = created == 0;
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glDisable(GL_DEPTH_TEST);
@@ -68,7 +70,8 @@ int HalfSphereRender::createProgram() {
     _fradLoc = glGetUniformLocation(_program, "frad");
     _fratioLoc = glGetUniformLocation(_program, "fratio");
     _platFlagLoc = glGetUniformLocation(_program, "PlatFlag");
-    return _fradLoc >= 0 && _fratioLoc >= 0 && _platFlagLoc >= 0 ? 0 : -1;
+    if (_fradLoc < 0 || _fratioLoc < 0 || _platFlagLoc < 0) return -1;
+    return _scene.createPrograms();
 }
 
 int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
@@ -79,6 +82,8 @@ int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Text
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     _viewport = {0, 0, surfaceWidth, surfaceHeight};
     glViewport(0, 0, surfaceWidth, surfaceHeight);
+    if (_motion._showBack) _scene.drawBack(_motion);
+    if (_motion._showPoints) _scene.drawPoints(_motion);
     drawBowl(texture);
     if (_motion.isAlive()) requestRender();
     return 0;
@@ -87,6 +92,7 @@ int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Text
 void HalfSphereRender::layOut(int surfaceWidth, int surfaceHeight) {
     if (!_surface.changeTo(surfaceWidth, surfaceHeight)) return;
     setFrustumByAspect(_sphereMatrix, _surface.aspect(), _near, _far);
+    _scene.setFrustum(_surface.aspect(), _near, _far);
 }
 
 void HalfSphereRender::drawBowl(Texture& texture) {
@@ -94,7 +100,7 @@ void HalfSphereRender::drawBowl(Texture& texture) {
     matrixIdentity(_sphereMatrix._modelMatrix);
     _sphereMatrix.pushMatrix();
     _motion.step();
-    placeCamera();
+    lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
     _dome.enable(_positionLoc, _texCoordLoc);
     glUniform1f(_platFlagLoc, 0.0f);
     glUniform1f(_fradLoc, _frad);
@@ -102,15 +108,6 @@ void HalfSphereRender::drawBowl(Texture& texture) {
     bindFrameTextures(texture, _sphereMatrix.computeMvp());
     _dome.draw(_positionLoc, _texCoordLoc);
     _sphereMatrix.popMatrix();
-}
-
-void HalfSphereRender::placeCamera() {
-    lookAlongAxis(_sphereMatrix, _motion._eyeZ);
-    _sphereMatrix.rotateView(180.0f, 0, 0, 1);
-    _sphereMatrix.rotateView(_motion._pitch, 1, 0, 0);
-    matrixTranslate(_sphereMatrix._viewMatrix, 0, 0, _motion._moveZ);
-    matrixTranslate(_sphereMatrix._viewMatrix, 0, _motion._moveY, 0);
-    _sphereMatrix.rotateView(_motion._shownYaw + 180.0f, 0, 0, 1);
 }
 
 int HalfSphereRender::onTouchDown(float, float) {

@@ -3,6 +3,7 @@
 #include "render/matrix.h"
 #include "render/render.h"
 #include "views/halfspheremotion.h"
+#include "views/halfspherescene.h"
 #include "views/parts/camera.h"
 #include "views/parts/dome.h"
 
@@ -30,7 +31,6 @@ public:
 private:
     void layOut(int surfaceWidth, int surfaceHeight);
     void drawBowl(Texture& texture);
-    void placeCamera();
 
     // Fixed after `init`.
     Dome _dome;
@@ -42,6 +42,7 @@ private:
     HalfSphereMotion _motion;
     SurfaceSize _surface;
     MatrixState _sphereMatrix;
+    HalfSphereScene _scene;
 };
 
 }  // namespace zet::ZETShow

@@ -1,10 +1,15 @@
 #include <GLES2/gl2.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <functional>
 #include <optional>
+#include <vector>
 
 #include "support/displaytest.h"
+#include "views/halopicture.h"
+#include "views/runlengthpicture.h"
 
 namespace zet::test {
 
@@ -193,6 +198,81 @@ TEST_F(HalfSphere, AsksForFramesOnlyWhileTheSceneMoves) {
     drawOut();
     EXPECT_GE(requests, 30);
     bus.unRegistObserver(observer);
+}
+
+// Where light lies between the rim and the screen's edge, degrees clockwise from the right.
+double brightSide(const std::function<double(double x, double y)>& light) {
+    double right = 0;
+    double down = 0;
+    for (int turn = 0; turn < 360; turn += 2) {
+        for (double radius = 0.88; radius < 1; radius += 0.01) {
+            const double x = std::cos(turn * degree);
+            const double y = std::sin(turn * degree);
+            const double value = light(radius * x, radius * y);
+            right += value * x;
+            down += value * y;
+        }
+    }
+    return std::atan2(down, right) / degree;
+}
+
+TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
+    // The picture's circle has a radius of 185 of its pixels; it stands 18.5 wide and 7.1 + 12 away.
+    const ZETShow::PlanarPicture picture = ZETShow::unpackPicture(ZETShow::haloPicture);
+    const double scale = 10 * 19.1;
+    const double start = brightSide([&](double x, double y) {
+        const int column = std::clamp(static_cast<int>(240 + x * scale), 0, 479);
+        const int row = std::clamp(static_cast<int>(240 + y * scale), 0, 479);
+        const double luma = picture.plane(0)[480 * row + column];
+        const double blueness = picture.plane(1)[240 * (row / 2) + column / 2];
+        return std::max(1.1643 * (luma - 16) + 2.017 * (blueness - 128), 0.0);  // limited-range BT.601
+    });
+    int draws = 0;
+    double farthestOff = 0;
+    double radius = 0;  // of the brightest light on the bright side
+    std::vector<GLubyte> pixels(4 * width * height);
+    beforeSwap([&] {
+        glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+        const auto blue = [&](double x, double y) {
+            const int column = static_cast<int>(width / 2 + x * height / 2);
+            const int row = static_cast<int>(height / 2 - y * height / 2);
+            return static_cast<double>(pixels[static_cast<std::size_t>(4 * (width * row + column) + 2)]);
+        };
+        if (blue(0, 0) == 0) return;  // no picture yet
+        const double side = brightSide(blue);
+        const double off = side - (start + 0.65 * ++draws);
+        farthestOff = std::max(farthestOff, std::abs(std::remainder(off, 360)));
+        double brightest = 0;
+        for (double r = 0.86; r < 1; r += 0.005) {
+            const double value = blue(r * std::cos(side * degree), r * std::sin(side * degree));
+            if (value > brightest) radius = r;
+            brightest = std::max(brightest, value);
+        }
+    });
+    begin(1, 0);
+    drawOut();
+    beforeSwap(nullptr);
+    EXPECT_GT(draws, 50);
+    EXPECT_LT(farthestOff, 1.5);
+    EXPECT_NEAR(radius, 18.5 / 19.1, 0.02);
+}
+
+TEST_F(HalfSphere, StarsStandOutsideTheBowl) {
+    begin(0, 1);
+    const Picture screen = shown();
+    int dim = 0;
+    int white = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const Color& color = screen.at(x, y);
+            if (std::hypot(x + 0.5 - width / 2, y + 0.5 - height / 2) < 150 || color.b < 40) continue;
+            ASSERT_EQ(color.r, color.g);
+            dim += std::abs(color.b / color.r - 0.5 / 0.4) < 0.04;
+            white += std::abs(color.b / color.r - 1 / 0.9) < 0.04;
+        }
+    }
+    EXPECT_GT(dim, 20);
+    EXPECT_GT(white, 20);
 }
 
 TEST_F(HalfSphere, LeavesNothingForTheNextView) {

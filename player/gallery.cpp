@@ -1,0 +1,65 @@
+#include "gallery.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "contactsheet.h"
+#include "pngfile.h"
+#include "progress.h"
+#include "views.h"
+
+namespace zetplay {
+
+namespace {
+
+// The views need a draw or two to bring their cameras within limits.
+constexpr int drawsForView = 3;
+
+std::string fileName(int view) {
+    std::string number = std::to_string(view);
+    number.insert(0, 2 - number.size(), '0');
+    return number + "-" + std::string(viewName(view)) + ".png";
+}
+
+void fetchPicture(Session& session) {
+    for (std::int64_t skip = session.options.frames - 1; skip > 0 && session.feed.fetch(); --skip) session.feed.drop();
+    if (!session.feed.fetch()) throw Failure("the input ends before the picture for the gallery");
+    session.drawNext();
+}
+
+Image showView(Session& session, int view) {
+    session.setView(view);
+    for (int i = 0; i < drawsForView; ++i) {
+        session.feed.showAgain();
+        session.driver.waitDrawn();
+    }
+    // A snapshot is refused where no view stands; the window would go on showing the last one.
+    if (!session.snap(false)) throw Failure("the module has no view " + std::string(viewName(view)));
+    return session.window->grab();
+}
+
+}  // namespace
+
+void makeGallery(Session& session) {
+    const std::filesystem::path directory = session.options.gallery;
+    std::error_code error;
+    std::filesystem::create_directories(directory, error);
+    if (error) throw Failure(directory.string() + ": " + error.message());
+
+    session.driver.setOpeningFlight(false);
+    fetchPicture(session);
+    ContactSheet sheet(session.window->width(), session.window->height());
+    Progress progress("gallery", viewCount + 1);
+    for (int view = 0; view < viewCount && !session.closing(); ++view) {
+        session.drainEvents();
+        const Image image = showView(session, view);
+        writePng(directory / fileName(view), image);
+        sheet.add(image, fileName(view).substr(0, fileName(view).size() - 4));
+        progress.step();
+    }
+    if (session.closing()) return;
+    writePng(directory / "contact-sheet.png", sheet.image());
+    progress.step();
+}
+
+}  // namespace zetplay

@@ -1,0 +1,61 @@
+#include "overlay/bmpfile.h"
+
+#include <sys/stat.h>
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace zet::ZETShow {
+
+namespace {
+
+constexpr std::size_t leastSize = 45;
+
+// Offsets of the little-endian header fields.
+constexpr std::size_t bfSize = 2;
+constexpr std::size_t bfOffBits = 10;
+constexpr std::size_t biWidth = 18;
+constexpr std::size_t biHeight = 22;
+constexpr std::size_t biBitCount = 28;
+
+std::uint32_t word(const std::uint8_t* bytes) {
+    return static_cast<std::uint32_t>(bytes[0] | bytes[1] << 8 | bytes[2] << 16) | static_cast<std::uint32_t>(bytes[3])
+                                                                                       << 24;
+}
+
+}  // namespace
+
+BmpVerdict parseBmp(const std::uint8_t* file, std::size_t size, BmpPicture& picture) {
+    if (size < leastSize || word(file + bfSize) != size) return BmpVerdict::foreign;
+    const int bits = file[biBitCount] | file[biBitCount + 1] << 8;
+    if (bits != 24 && bits != 32) return BmpVerdict::foreign;
+
+    const std::uint64_t offset = word(file + bfOffBits);
+    const std::uint64_t width = word(file + biWidth);
+    const auto rows = static_cast<std::int64_t>(static_cast<std::int32_t>(word(file + biHeight)));
+    const auto height = static_cast<std::uint64_t>(std::abs(rows));
+    if (offset > size) return BmpVerdict::broken;
+    // Divided, not multiplied: the product of the three could pass 64 bits.
+    const std::uint64_t bytesPerPixel = static_cast<std::uint64_t>(bits) / 8;
+    const std::uint64_t bytes = size - offset;
+    if (bytes == 0 || bytes % bytesPerPixel != 0 || bytes / bytesPerPixel != width * height) return BmpVerdict::broken;
+    if (width > INT_MAX || height > INT_MAX) return BmpVerdict::broken;
+    picture = {static_cast<int>(width), static_cast<int>(height), bits, rows < 0, file + offset};
+    return BmpVerdict::sound;
+}
+
+std::vector<std::uint8_t> readFile(const char* path) {
+    // Asked before it is opened: a pipe would hold up the render thread until somebody writes.
+    struct stat status = {};
+    if (stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "rb"), &std::fclose);
+    if (!file) return {};
+    if (fstat(fileno(file.get()), &status) != 0 || status.st_size <= 0 || status.st_size > INT_MAX) return {};
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(status.st_size));
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    return bytes;
+}
+
+}  // namespace zet::ZETShow

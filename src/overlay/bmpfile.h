@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace zet::ZETShow {
+
+/// An uncompressed picture inside the bytes of a BMP file: blue, green, red and, with 32 bits, alpha; rows unpadded.
+struct BmpPicture {
+    int width = 0;   // pixels
+    int height = 0;  // pixels
+    int bitsPerPixel = 0;
+    bool topRowFirst = false;
+    const std::uint8_t* pixels = nullptr;
+};
+
+enum class BmpVerdict {
+    foreign,  // no BMP file as these go: whatever is shown stays
+    broken,   // one whose sizes don't agree: nothing is shown
+    sound,
+};
+
+/// Reads the header of a BMP file (BITMAPFILEHEADER and BITMAPINFOHEADER of the Windows GDI). Never reads beyond
+/// `size`; writes `picture` only if the verdict is `sound`.
+BmpVerdict parseBmp(const std::uint8_t* file, std::size_t size, BmpPicture& picture);
+
+/// The bytes of a regular file; empty if there is none that can be read.
+std::vector<std::uint8_t> readFile(const char* path);
+
+}  // namespace zet::ZETShow

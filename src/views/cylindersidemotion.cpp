@@ -1,0 +1,98 @@
+#include "views/cylindersidemotion.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace zet::ZETShow {
+
+namespace {
+
+constexpr double dragPerPixel = 0.1125 * 0.02;            // radians
+constexpr double flingPerPixel = 0.00012375000759959234;  // radians a frame, for a velocity of one pixel a second
+constexpr double autoPerFrame = 0.0021375;                // radians
+constexpr double greatestPan = 1000.0;                    // radians
+constexpr double wholeTurn = 2.0 * std::numbers::pi;      // radians
+constexpr float restEyeZ = 2.0f;                          // the camera's z at a zoom of 0
+constexpr float pinchStep = 0.03375f;
+constexpr float flightStep = 0.02f;                                 // a frame
+constexpr float outerBorder = CylinderSideMotion::_zoomMax - 0.2f;  // at rest from here on counts as out
+
+}  // namespace
+
+CylinderSideMotion::Phase CylinderSideMotion::phase() const {
+    if (_zoomIn) return _zoomPhase ? Phase::FlyingIn : Phase::RestingIn;
+    return _zoomPhase ? Phase::RestingOut : Phase::FlyingOut;
+}
+
+void CylinderSideMotion::turn(double radians) {
+    double pan = _pan + radians;
+    // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is seen.
+    if (std::fabs(pan) > greatestPan) pan = std::remainder(pan, wholeTurn);
+    _pan = static_cast<float>(pan);
+}
+
+void CylinderSideMotion::drag(float x1, float x2) {
+    _autoRotate = 0;
+    turn((static_cast<double>(x2) - x1) * dragPerPixel);
+}
+
+void CylinderSideMotion::pinch(float factor) {
+    _autoRotate = 0;
+    _zoom += factor > 1.0f ? -pinchStep : pinchStep;
+}
+
+void CylinderSideMotion::doubleTap() {
+    if (_zoomBusy) return;
+    const int wanted = _zoomIn ? 0 : 1;
+    _zoomIn = wanted;
+    _zoomPhase = wanted;
+}
+
+void CylinderSideMotion::setAutoRotate(bool on, float speed) {
+    _autoRotate = on;
+    _autoRotateSpeed = speed;
+}
+
+void CylinderSideMotion::fling(float velocityX) {
+    _autoRotate = 0;
+    turn(velocityX * flingPerPixel);
+}
+
+void CylinderSideMotion::step() {
+    switch (phase()) {
+        case Phase::FlyingOut:
+            fly(flightStep, _zoom >= _zoomMax);
+            break;
+        case Phase::FlyingIn:
+            fly(-flightStep, _zoom <= _zoomMin);
+            break;
+        case Phase::RestingOut:
+        case Phase::RestingIn:
+            classifyRest();
+            break;
+    }
+    if (_autoRotate) turn(-autoPerFrame);
+    const float zoom = std::clamp<float>(_zoom, _zoomMin, _zoomMax);
+    _zoom = zoom;
+    _eyeZ = zoom + restEyeZ;
+    _ptZm = -_pan;
+}
+
+void CylinderSideMotion::fly(float zoomStep, bool arrived) {
+    _zoomBusy = !arrived;
+    if (arrived) {
+        _zoomPhase = _zoomIn ? 0 : 1;
+    } else {
+        _zoom += zoomStep;
+    }
+}
+
+void CylinderSideMotion::classifyRest() {
+    const int in = _zoom < outerBorder;
+    if (in == _zoomIn) return;  // and no store, which could undo a tap that comes at this moment
+    _zoomIn = in;
+    _zoomPhase = !in;
+}
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "config/relaxed.h"
+
+namespace zet::ZETShow {
+
+/// Pan and zoom of the panorama strip. Gestures and the flight of a double tap change its numbers,
+/// `CylinderSideRender` draws them.
+struct CylinderSideMotion {
+    enum class Phase { FlyingOut, RestingOut, FlyingIn, RestingIn };
+    /// Any thread.
+    Phase phase() const;
+
+    // Setter's thread. Points are surface pixels; whatever goes up or down on the surface does nothing.
+    void touch() { _autoRotate = 0; }
+    void drag(float x1, float x2);
+    /// One step towards the strip for a factor above 1, otherwise one step back, whatever its size.
+    void pinch(float factor);
+    /// Starts the flight to the other end; nothing while one is under way.
+    void doubleTap();
+    void setAutoRotate(bool on, float speed);
+
+    // Render thread.
+    /// One frame of inertia, surface pixels a second.
+    void fling(float velocityX);
+    /// One frame: the flight or the rest, the turn by itself, the limits.
+    void step();
+
+    // Gestures and frames.
+    Relaxed<float> _pan = 2.035f;  // radians; where the circle is cut open
+    Relaxed<float> _zoom = 0.0f;   // how far the camera has come nearer, 0 or less
+    Relaxed<int> _zoomIn = 0;      // where the double tap wants the view: 0 out, 1 in
+    Relaxed<int> _zoomPhase = 0;   // with `_zoomIn`: see `phase`
+    Relaxed<int> _zoomBusy = 0;    // the zoom moved in its last step of a flight
+    Relaxed<int> _autoRotate = 0;
+    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the turn has one speed
+
+    // Worked out each frame.
+    float _eyeZ = 2.0f;    // the camera's z
+    float _ptZm = 1.035f;  // radians; the cut, as the shader wants it
+
+    static constexpr float _zoomMin = -0.85f;  // the strip fills the height
+    static constexpr float _zoomMax = 0.0f;
+
+private:
+    void turn(double radians);
+    void fly(float zoomStep, bool arrived);
+    void classifyRest();
+};
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "render/matrix.h"
+#include "render/render.h"
+#include "views/cylindersidemotion.h"
+#include "views/parts/camera.h"
+
+namespace zet::ZETShow {
+
+/// Mode 2, the panorama: the lens circle unrolled into one flat strip, its rim at the top.
+class CylinderSideRender final : public Render {
+public:
+    CylinderSideRender(DisplayConfig* config, float touchScale, Display* display);
+
+    /// Always 0: without a program the view shows the clear colour.
+    int init() override;
+    int createProgram() override;
+    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+
+    int onTouchDown(float x, float y) override;
+    int onPinch(float factor) override;
+    int onDoubleTap(float x, float y) override;
+    int onDrag(float x1, float y1, float x2, float y2) override;
+    void setAutoRotate(bool enable, float speed) override;
+    void onFling(float velocityX, float velocityY) override;
+
+private:
+    void draw(Texture& texture);
+    void sendCut();
+    void enableStrip();
+    void disableStrip();
+
+    // Gestures and settings.
+    CylinderSideMotion _motion;
+
+    // As of the last projection.
+    SurfaceSize _size;
+    MatrixState _matrix;
+
+    GLint _ptZmLoc = -1;
+    GLint _ptLLoc = -1;
+    GLint _ptRLoc = -1;
+    GLint _ptTLoc = -1;
+    GLint _ptBLoc = -1;
+};
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "config/relaxed.h"
+
+namespace zet::ZETShow {
+
+/// Where the camera stands before a shape and how far the shape may be tilted. Degrees and scene units.
+struct CylinderSpherePose {
+    float eyeBase;     // camera distance beyond the radius
+    float approach;    // how much of it the camera gives up on the way to `tiltMax`
+    float tiltOffset;  // the tilt that is drawn at a tilt of 0
+    float tiltMax;
+    float tiltMin;
+    float liftUp;    // shift of the scene along y at `tiltMax`
+    float liftDown;  // the same at `tiltMin`
+};
+
+inline constexpr CylinderSpherePose drumPose = {
+    .eyeBase = 16.2f,
+    .approach = 0.0f,
+    .tiltOffset = -118.307f,
+    .tiltMax = 58.123001f,
+    .tiltMin = -1.0429993f,
+    .liftUp = -0.1536f,
+    .liftDown = 0.158f,
+};
+
+inline constexpr CylinderSpherePose bowlPose = {
+    .eyeBase = 14.05f,
+    .approach = 1.5f,
+    .tiltOffset = -126.06f,
+    .tiltMax = 56.119995f,
+    .tiltMin = -4.3200073f,
+    .liftUp = -0.0f,
+    .liftDown = 0.378f,
+};
+
+/// Spin, tilt and distance of the drum or the bowl. Gestures change its numbers, `CylinderSphereRender` draws them.
+struct CylinderSphereMotion {
+    explicit CylinderSphereMotion(const CylinderSpherePose& pose) : _pose(pose) {}
+
+    // Setter's thread. Points are surface pixels.
+    void touch() { _autoRotate = 0; }
+    void drag(float x1, float y1, float x2, float y2);
+    /// One step nearer for a factor above 1, otherwise one step back, whatever its size.
+    void pinch(float factor);
+    void setAutoRotate(bool on, float speed);
+
+    // Render thread.
+    /// One frame of inertia, surface pixels a second.
+    void fling(float velocityX);
+    /// One frame: limits, the angles and the camera to draw with, and then the turn by itself.
+    void step();
+
+    const CylinderSpherePose _pose;
+
+    // Gestures and frames.
+    Relaxed<float> _spin = 0.0f;  // degrees about the shape's axis; more turns the near side to the right
+    Relaxed<float> _tilt = 0.0f;  // degrees; more tips the rim away from the viewer
+    Relaxed<float> _zoom = 0.0f;  // scene units away from the shape, -1 to 1
+    Relaxed<int> _autoRotate = 0;
+    Relaxed<float> _autoRotateSpeed = 0.0f;  // remembered; the turn has one speed
+
+    // Worked out each frame.
+    float _shownSpin = 0.0f;  // degrees
+    float _shownTilt = 0.0f;
+    float _eyeZ = _radius + _pose.eyeBase;
+    float _liftY = 0.0f;  // shift of the scene along y
+
+    static constexpr float _radius = 6.0f;  // of the shape
+
+private:
+    void holdInView(float tilt);
+};
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,157 @@
+// What a person sees: a solid shape that floats in the dark and carries the whole circle of the lens, to be spun and
+// tilted by hand. The drum is an open cylinder with the picture on its outside, the horizon along its upper rim. The
+// bowl is a half sphere seen from above, with the horizon along its rim: the far wall shows its inside, as a person in
+// the bowl would see it. A pinch takes the camera a little nearer or further; a fling spins the shape.
+
+#include "views/cylindersphererender.h"
+
+#include <cmath>
+#include <string>
+
+#include "render/program.h"
+#include "render/shaderpieces.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+const char* const mainStep = R"(
+void main() {
+    gl_FragColor = samplePicture(v_texCoord);
+}
+)";
+
+// How a shape differs from the other, and where the picture lies on it.
+struct Shape {
+    bool round;         // a half sphere, otherwise a straight wall
+    float blend;        // weight of the sine profile in the radial mapping
+    double zShift;      // along the axis, in radii
+    float zScale;       // stretch along the axis
+    float innerRadius;  // picture radius at the end of the mesh, as a part of the rim's
+    float mirrorScale;  // s = s * mirrorScale + mirrorAdd
+    float mirrorAdd;
+};
+
+constexpr Shape drumShape = {
+    .round = false,
+    .blend = 0.6f,
+    .zShift = -0.5,
+    .zScale = 1.0619999f,
+    .innerRadius = 0.1f,
+    .mirrorScale = 1.0f,
+    .mirrorAdd = 0.0f,
+};
+
+constexpr Shape bowlShape = {
+    .round = true,
+    .blend = 0.4f,
+    .zShift = -0.35,
+    .zScale = 1.1f,
+    .innerRadius = 0.0f,
+    .mirrorScale = -1.0f,
+    .mirrorAdd = 1.0f,
+};
+
+constexpr float lensRadius = -0.998f;  // of the half texture; the sign turns the picture by 180 degrees
+constexpr float nearPlane = 3.0f;
+constexpr float farPlane = 33.0f;
+constexpr int bowlVariant = 1;
+
+// The picture's radius at angle `b` from the rim: between one that falls evenly and one that falls as the sine.
+float pictureRadius(const Shape& shape, float b) {
+    const float even = 1.0f + 2.0f * (shape.innerRadius - 1.0f) / Dome::_angleSpan * b;
+    const float bySine = 1.0f - (1.0f - shape.innerRadius) * std::sin(b);
+    return even * lensRadius * (1.0f - shape.blend) + bySine * lensRadius * shape.blend;
+}
+
+DomePoint pointOn(const Shape& shape, double a, double b) {
+    const double bulge = shape.round ? std::cos(b) : 1.0;
+    const auto x = static_cast<float>(std::sin(a) * bulge);
+    const auto y = static_cast<float>(std::cos(a) * bulge);
+    const auto z = static_cast<float>(shape.zShift + std::sin(b));
+    const float r = pictureRadius(shape, static_cast<float>(b));
+    const float s = (static_cast<float>(std::sin(a)) * r + 1.0f) * shape.mirrorScale * 0.5f + shape.mirrorAdd;
+    const float t = (static_cast<float>(std::cos(a)) * r + 1.0f) * 0.5f;
+    return {{x * -Dome::_radius, y * -Dome::_radius, z * -Dome::_radius * shape.zScale}, {s, t}};
+}
+
+}  // namespace
+
+CylinderSphereRender::CylinderSphereRender(int variant, DisplayConfig* config, float touchScale, Display* display)
+    : Render(config, touchScale, display), _variant(variant), _motion(variant == bowlVariant ? bowlPose : drumPose) {}
+
+int CylinderSphereRender::init() {
+    const Shape& shape = _variant == bowlVariant ? bowlShape : drumShape;
+    _mesh = makeDome([&shape](double a, double b) { return pointOn(shape, a, b); });
+    const int created = createProgram();
+    _ready = created == 0;
+    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+    glEnable(GL_DEPTH_TEST);  // the near side hides the far side
+    return created;
+}
+
+int CylinderSphereRender::createProgram() {
+    const std::string fragmentStage =
+        std::string("precision highp float;\n") + frameDeclarations + yuvSampling + mainStep;
+    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
+    if (_program == 0) return -1;
+    fetchProgramLocations();
+    return 0;
+}
+
+int CylinderSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+    if (!_ready) return -1;
+    if (_size.changeTo(surfaceWidth, surfaceHeight)) setFrustumByAspect(_matrix, _size.aspect(), nearPlane, farPlane);
+    if (!_size._sized) return 0;
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    _viewport = {0, 0, surfaceWidth, surfaceHeight};
+    glViewport(0, 0, surfaceWidth, surfaceHeight);
+    draw(texture);
+    return 0;
+}
+
+void CylinderSphereRender::draw(Texture& texture) {
+    glUseProgram(_program);
+    _motion.step();
+    placeCamera();
+    _mesh.enable(_positionLoc, _texCoordLoc);
+    bindFrameTextures(texture, _matrix.computeMvp());
+    _mesh.draw(_positionLoc, _texCoordLoc);
+}
+
+void CylinderSphereRender::placeCamera() {
+    matrixIdentity(_matrix._modelMatrix);
+    matrixLookAt(_matrix._viewMatrix, 0, 0, _motion._eyeZ, 0, 0, 0, 0, 1, 0);
+    // The mesh has its axis along z and its rim towards the camera. Two half turns, together one about z; the tilt that
+    // stands it up; the spin about its own axis.
+    _matrix.rotateView(180, 1, 0, 0);
+    _matrix.rotateView(180, 0, 1, 0);
+    matrixTranslate(_matrix._viewMatrix, 0, _motion._liftY, 0);
+    _matrix.rotateView(180 - _motion._shownTilt, 1, 0, 0);
+    _matrix.rotateView(180 - _motion._shownSpin, 0, 0, 1);
+}
+
+int CylinderSphereRender::onTouchDown(float, float) {
+    _motion.touch();
+    return 0;
+}
+
+int CylinderSphereRender::onPinch(float factor) {
+    _motion.pinch(factor);
+    return 0;
+}
+
+int CylinderSphereRender::onDrag(float x1, float y1, float x2, float y2) {
+    _motion.drag(x1, y1, x2, y2);
+    return 0;
+}
+
+void CylinderSphereRender::setAutoRotate(bool enable, float speed) {
+    _motion.setAutoRotate(enable, speed);
+}
+
+void CylinderSphereRender::onFling(float velocityX, float) {
+    _motion.fling(velocityX);
+}
+
+}  // namespace zet::ZETShow

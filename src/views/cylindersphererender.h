@@ -1,0 +1,46 @@
+#pragma once
+
+#include "render/matrix.h"
+#include "render/render.h"
+#include "views/cylinderspheremotion.h"
+#include "views/parts/camera.h"
+#include "views/parts/dome.h"
+
+namespace zet::ZETShow {
+
+/// Modes 5 and 6, the drum and the bowl: the lens circle on a solid shape in the dark. The one view with a depth test,
+/// which its `init` switches on and every other view's `init` switches off.
+class CylinderSphereRender final : public Render {
+public:
+    /// A `variant` of 1 makes the bowl, any other the drum.
+    CylinderSphereRender(int variant, DisplayConfig* config, float touchScale, Display* display);
+
+    int init() override;
+    int createProgram() override;
+    /// 0 also where the surface is too small to draw on.
+    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+
+    int onTouchDown(float x, float y) override;
+    int onPinch(float factor) override;
+    int onDrag(float x1, float y1, float x2, float y2) override;
+    void setAutoRotate(bool enable, float speed) override;
+    void onFling(float velocityX, float velocityY) override;
+
+private:
+    void draw(Texture& texture);
+    void placeCamera();
+
+    // Fixed after `init`.
+    const int _variant;
+    Dome _mesh;
+    bool _ready = false;
+
+    // Gestures and settings.
+    CylinderSphereMotion _motion;
+
+    // As of the last projection.
+    SurfaceSize _size;
+    MatrixState _matrix;
+};
+
+}  // namespace zet::ZETShow
