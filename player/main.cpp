@@ -48,8 +48,8 @@ int run(const Options& options) {
     watchInterrupts();
     try {
         play(session, script.get());
-    } catch (const Failure&) {
-        // What was shown up to a damaged place of the input is still worth its picture.
+    } catch (...) {
+        // What was shown up to a damaged place of the input, or a wrong line, is still worth its picture and recording.
         finish(session, stats);
         throw;
     }

@@ -18,6 +18,8 @@ public:
     /// Opens the input, then the window, then the display. Throws `Failure`.
     explicit Session(const Options& options);
 
+    // In the order in which they are made; they go in the opposite one.
+
     const Options& options;
     const std::unique_ptr<Source> source;
 
@@ -37,7 +39,7 @@ public:
     void drawNext();
     /// Puts a fresh window in the place of the present one.
     void renewWindow();
-    /// Takes a snapshot with a buffer that is large enough.
+    /// Takes an upright snapshot, with the timestamp if there is one, in a buffer that is large enough.
     std::optional<Snapshot> snap(bool sourceFrame);
     /// Bytes that hold any snapshot.
     int snapBytes() const;

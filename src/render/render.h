@@ -85,6 +85,8 @@ protected:
     void fetchProgramLocations();
     /// Gives the program in use its matrix and its picture. Always 0.
     int bindFrameTextures(Texture& texture, const float* matrix);
+    /// Gives the program in use, one of the view's own, its picture.
+    static void bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc);
     void requestRender() { _config->setConfig(DCFG_RENDER_REQUEST, nullptr); }
 
     struct Viewport {
@@ -135,7 +137,6 @@ private:
         unsigned mask;
     };
 
-    static void bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc);
     int ensureOffscreenResources();
     void drawOffscreenQuad(const float* texCoords);
     void registerGestureObservers();

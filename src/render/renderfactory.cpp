@@ -6,6 +6,8 @@
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
+#include "views/wallthreeviewrender.h"
+#include "views/walltwoviewrender.h"
 
 namespace zet::ZETShow {
 
@@ -48,6 +50,10 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<CylinderSphereRender>(0, config, touchScale, display);
         case 6:
             return make<CylinderSphereRender>(1, config, touchScale, display);
+        case 7:
+            return make<WallThreeViewRender>(config, touchScale, display);
+        case 8:
+            return make<WallTwoViewRender>(config, touchScale, display);
         default:
             return nullptr;
     }

@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <thread>
 
 #include "support/calllog.h"
@@ -66,8 +67,12 @@ TEST_F(DisplayGl, cutsTheLensRegion) {
         Frame frame(
             one.width, one.height, [](int, int) { return red; }, one.lineSize);
         if (!one.region.empty()) frame.record.lensRegion = one.region.data();
-        seen = {};
+        {
+            const auto held = holdProbes();
+            seen = {};
+        }
         shown(frame);
+        const auto held = holdProbes();
         EXPECT_EQ(seen, one.crop) << one.name << ": " << seen.x << ' ' << seen.y << ' ' << seen.width << ' '
                                   << seen.height;
     }
@@ -98,6 +103,7 @@ TEST_F(DisplayGl, copiesWhatWasFoundInTheFrame) {
         shown(frame);
     };
     const auto expectFaces = [&] {
+        const auto held = holdProbes();
         EXPECT_THAT(faces, ElementsAre("Ann 1 30 1 2 3 4 ", std::string(32, 'b') + " 0 50 -5 6 7 8 "));
         EXPECT_THAT(rects, IsEmpty());
     };
@@ -108,14 +114,18 @@ TEST_F(DisplayGl, copiesWhatWasFoundInTheFrame) {
     set(1, items, nullptr);
     set(-1, items, &faceKind);
     expectFaces();
+    const auto expectRects = [&](const auto& expected) {
+        const auto held = holdProbes();
+        EXPECT_THAT(rects, expected);
+        EXPECT_THAT(faces, IsEmpty());
+    };
     set(1, &rect, &rectKind);
-    EXPECT_THAT(rects, ElementsAre("10 20 30 40 "));
-    EXPECT_THAT(faces, IsEmpty());
+    expectRects(ElementsAre("10 20 30 40 "));
     set(1, &rect, &otherKind);
-    EXPECT_THAT(rects, IsEmpty());
+    expectRects(IsEmpty());
     set(2, items, &faceKind);
     set(0, items, nullptr);
-    EXPECT_THAT(faces, IsEmpty());
+    expectRects(IsEmpty());
     stop();
 }
 
@@ -226,6 +236,8 @@ TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     EXPECT_EQ(log.count("Texture::clear"), 2);
     EXPECT_EQ(log.count("eglDestroySurface 1"), 1);
     redraw();  // without a picture
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);  // undrawn, and gone with its window
+    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
     expectShown(shown(frame), red, "again");
 
     Window other(96, 96, 200);
@@ -279,8 +291,8 @@ TEST_F(DisplayGl, outlivesItsWindow) {
 }
 
 TEST_F(DisplayGl, changesTheView) {
-    int draws = 0;
-    std::thread::id drawing;
+    std::atomic<int> draws = 0;
+    std::atomic<std::thread::id> drawing;
     useProbes([&](const Texture& texture) {
         ++draws;
         drawing = std::this_thread::get_id();
@@ -291,7 +303,7 @@ TEST_F(DisplayGl, changesTheView) {
     start(64, 64);
     shown(frame);
     EXPECT_GT(draws, 0) << "a mode that was set before the display, and before the window";
-    EXPECT_NE(drawing, std::this_thread::get_id());
+    EXPECT_NE(drawing.load(), std::this_thread::get_id());
 
     bus.setConfig(DCFG_RENDER_MODE, 0);
     expectShown(shown(), red, "the frame outlives the view");
@@ -317,9 +329,9 @@ TEST_F(DisplayGl, changesTheView) {
 
 TEST_F(DisplayGl, replacesTheViewFromInsideItsDraw) {
     // A draw's own request reaches an observer of the player, which changes the mode on the render thread.
-    bool replaced = false;
+    std::atomic<bool> replaced = false;
     useProbes([&](const Texture&) {
-        if (!std::exchange(replaced, true)) bus.setConfig(DCFG_RENDER_MODE, 0);
+        if (!replaced.exchange(true)) bus.setConfig(DCFG_RENDER_MODE, 0);
     });
     bus.setConfig(DCFG_RENDER_MODE, 1);
     start(64, 64);

@@ -71,21 +71,5 @@ TEST(Feed, GoesThroughTheInputOnOneTimeline) {
     }
 }
 
-TEST(Feed, TellsReadSetAndShownApart) {
-    FewPictures source(3);
-    Driver driver;
-    Feed feed(source, driver);
-    feed.showAgain();  // nothing to show yet
-    EXPECT_EQ(feed.framesSet(), 0);
-    ASSERT_TRUE(feed.fetch() && feed.fetch());  // one waits: it is not read twice
-    feed.drop();
-    ASSERT_TRUE(feed.fetch());
-    feed.show();
-    feed.showAgain();
-    EXPECT_EQ(feed.framesRead(), 2);
-    EXPECT_EQ(feed.framesSet(), 2);
-    EXPECT_EQ(feed.framesShown(), 1);
-}
-
 }  // namespace
 }  // namespace zetplay

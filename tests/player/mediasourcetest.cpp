@@ -167,32 +167,6 @@ TEST(MediaSource, ReadsPictureFilesAsFullRange) {
     }
 }
 
-TEST(MediaSource, TurnsThePictureAsTheFileAsks) {
-    const ScratchDirectory scratch;
-    // Light in the left column of chroma's grid only: after a quarter turn clockwise that is the top.
-    Planes planes{Bytes(16 * 8, 20), Bytes(8 * 4, 128), Bytes(8 * 4, 128)};
-    for (std::size_t row = 0; row < 8; ++row) planes[0][row * 16] = planes[0][row * 16 + 1] = 220;
-    const struct {
-        double clockwise;
-        int width, height, lightX, lightY;
-    } turns[] = {{90, 8, 16, 4, 0}, {180, 16, 8, 15, 4}, {270, 8, 16, 4, 15}};
-    for (const auto& turn : turns) {
-        SCOPED_TRACE(turn.clockwise);
-        Video video{16, 8, AV_PIX_FMT_YUVJ420P, AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_JPEG, AV_CODEC_ID_MJPEG};
-        video.clockwise = turn.clockwise;
-        encode(video, {planes}, scratch.path("a.mov"));
-        const auto source = openMedia(scratch.path("a.mov"));
-        Picture picture;
-        ASSERT_TRUE(source->next(picture));
-        ASSERT_EQ(picture.width, turn.width);
-        ASSERT_EQ(picture.height, turn.height);
-        EXPECT_GT(picture.y[static_cast<std::size_t>(turn.lightY * turn.width + turn.lightX)], 150);
-        const int oppositeX = turn.lightX == 4 ? 4 : turn.width - 1 - turn.lightX;
-        const int oppositeY = turn.lightY == 4 ? 4 : turn.height - 1 - turn.lightY;
-        EXPECT_LT(picture.y[static_cast<std::size_t>(oppositeY * turn.width + oppositeX)], 80);
-    }
-}
-
 TEST(MediaSource, CountsTimesAndStartsOver) {
     const ScratchDirectory scratch;
     std::vector<Planes> made;

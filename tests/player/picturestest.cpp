@@ -9,54 +9,11 @@
 
 #include "colour.h"
 #include "grab.h"
-#include "pngfile.h"
-#include "readpng.h"
-#include "testmedia.h"
 
 namespace zetplay {
 namespace {
 
-using test::ScratchDirectory;
 using Bytes = std::vector<std::uint8_t>;
-
-/// 3 by 2 pixels that tell left from right, top from bottom and each channel from the others.
-Image sample() {
-    Image image(3, 2);
-    for (std::size_t i = 0; i < image.rgb.size(); ++i) image.rgb[i] = static_cast<std::uint8_t>(7 + 11 * i);
-    return image;
-}
-
-TEST(Png, KeepsEveryPixelUpright) {
-    const ScratchDirectory scratch;
-    const Image image = sample();
-    writePng(scratch.path("a.png"), image);
-    const Image read = test::readPng(scratch.path("a.png"));
-    EXPECT_EQ(read.width, 3);
-    EXPECT_EQ(read.height, 2);
-    EXPECT_EQ(read.rgb, image.rgb);
-}
-
-TEST(Png, TellsFileAndCause) {
-    const struct {
-        const char* path;
-        const char* cause;
-    } cases[] = {{"/nowhere/a.png", "No such file"}, {"/", "Is a directory"}, {"/dev/full", "No space left"}};
-    for (const auto& place : cases) {
-        try {
-            writePng(place.path, sample());
-            ADD_FAILURE() << place.path;
-        } catch (const Failure& failure) {
-            EXPECT_EQ(std::string(failure.what()).find(std::string(place.path) + ": "), 0u) << failure.what();
-            EXPECT_NE(std::string(failure.what()).find(place.cause), std::string::npos) << failure.what();
-        }
-    }
-}
-
-TEST(Image, TurnsTheRowsThatOpenGlReadsFirst) {
-    const Bytes rgba = {1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 10, 11, 12, 0};
-    EXPECT_EQ(imageFromRgba(rgba, 2, 2, true).rgb, (Bytes{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-    EXPECT_EQ(imageFromRgba(rgba, 2, 2, false).rgb, (Bytes{7, 8, 9, 10, 11, 12, 1, 2, 3, 4, 5, 6}));
-}
 
 TEST(Grab, ReadsEveryTrueColourLayout) {
     const struct {

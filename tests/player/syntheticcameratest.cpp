@@ -159,23 +159,5 @@ TEST(SyntheticCamera, NumberAndRateMakeThePicture) {
     }
 }
 
-TEST(SyntheticCamera, ClockShowsMinutesSecondsAndHundredths) {
-    EXPECT_EQ(clockText(0), "00:00.00");
-    EXPECT_EQ(clockText(1 / 30.0), "00:00.03");
-    EXPECT_EQ(clockText(0.29), "00:00.29");
-    EXPECT_EQ(clockText(61.5), "01:01.50");
-    EXPECT_EQ(clockText(6000), "00:00.00");
-}
-
-TEST(SyntheticCamera, TakesAnyEvenSizeAndNoOther) {
-    for (const SyntheticSize size : {SyntheticSize{2, 2}, SyntheticSize{6, 1000}, SyntheticSize{4, 2, 0.5}}) {
-        EXPECT_EQ(pictureOf(size, Mount::wall, 3).width, size.width);
-    }
-    for (const SyntheticSize size : {SyntheticSize{0, 2}, SyntheticSize{-2, 2}, SyntheticSize{101, 100},
-                                     SyntheticSize{100, 1000000}, SyntheticSize{100, 100, 0}}) {
-        EXPECT_THROW(openSynthetic(size, Mount::ceiling), Failure);
-    }
-}
-
 }  // namespace
 }  // namespace zetplay::test

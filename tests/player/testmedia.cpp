@@ -9,7 +9,6 @@
 #include "avhandles.h"
 
 extern "C" {
-#include <libavutil/display.h>
 #include <libavutil/pixdesc.h>
 }
 
@@ -80,11 +79,6 @@ void encode(const Video& video, const std::vector<Planes>& pictures, const std::
     AVStream* const stream = avformat_new_stream(format, nullptr);
     check(avcodec_parameters_from_context(stream->codecpar, codec.get()), "parameters");
     stream->time_base = codec->time_base;
-    if (video.clockwise != 0) {
-        std::uint8_t* const matrix =
-            av_stream_new_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, 9 * sizeof(std::int32_t));
-        av_display_rotation_set(reinterpret_cast<std::int32_t*>(matrix), video.clockwise);
-    }
     check(avio_open(&format->pb, path.c_str(), AVIO_FLAG_WRITE), "avio_open");
     check(avformat_write_header(format, nullptr), "avformat_write_header");
 

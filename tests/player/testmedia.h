@@ -35,7 +35,6 @@ struct Video {
     AVColorSpace matrix = AVCOL_SPC_UNSPECIFIED;
     AVColorRange range = AVCOL_RANGE_UNSPECIFIED;
     AVCodecID codec = AV_CODEC_ID_FFV1;  ///< FFV1 keeps every sample
-    double clockwise = 0;                ///< turn that the file asks of its player, degrees
 };
 
 using Planes = std::vector<std::vector<std::uint8_t>>;

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -5,7 +6,6 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "readpng.h"
@@ -88,19 +88,19 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         const char* arguments;
         const char* prefix;
         int status;
-        const char* line;  // a regular expression for the whole of standard error
+        const char* line;  // an extended regular expression for the whole of standard error
     } cases[] = {
         {"--headless good.y4m", "", 0, ""},
         {"--headless good.y4m --script good.txt", "", 0, ""},
-        {"--headless missing.mp4", "", 1, "zetplay: missing\\.mp4: .*No such file.*\n"},
-        {"--headless empty.mp4", "", 1, "zetplay: empty\\.mp4: .+\n"},
-        {"--headless text.mp4", "", 1, "zetplay: text\\.mp4: .+\n"},
-        {"--headless .", "", 1, "zetplay: \\.: .+\n"},
-        {"--headless cut.y4m", "", 1, "zetplay: cut\\.y4m: .+\n"},
+        {"--headless missing.mp4", "", 1, "zetplay: missing\\.mp4: [^\n]*No such file[^\n]*\n"},
+        {"--headless empty.mp4", "", 1, "zetplay: empty\\.mp4: [^\n]+\n"},
+        {"--headless text.mp4", "", 1, "zetplay: text\\.mp4: [^\n]+\n"},
+        {"--headless .", "", 1, "zetplay: \\.: [^\n]+\n"},
+        {"--headless cut.y4m", "", 1, "zetplay: cut\\.y4m: [^\n]+\n"},
         {"--headless good.y4m", "env DISPLAY=:4711", 1, "zetplay: cannot open X display :4711\n"},
         {"--headless good.y4m", "env -u DISPLAY", 1, "zetplay: no X display: DISPLAY is not set\n"},
-        {"--headless good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view.*\n"},
-        {"--headless good.y4m --view", "", 2, "zetplay: .*--view.*\n"},
+        {"--headless good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view[^\n]*\n"},
+        {"--headless good.y4m --view", "", 2, "zetplay: [^\n]*--view[^\n]*\n"},
         {"--headless good.y4m --script wrong.txt", "", 2,
          "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"--headless good.y4m --script none.txt", "", 1, "zetplay: none\\.txt: No such file or directory\n"},
@@ -110,14 +110,14 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"--headless good.y4m --record no/where.mp4", "", 1, "zetplay: no/where\\.mp4: No such file or directory\n"},
         {"--headless good.y4m --record /dev/full", "", 1, "zetplay: /dev/full: No space left on device\n"},
         {"--headless good.y4m --gallery good.y4m/all", "", 1, "zetplay: good\\.y4m/all: Not a directory\n"},
-        {"--headless good.y4m --gallery all --record all.mp4", "", 2, "zetplay: .*--gallery.*\n"},
-        {"--headless good.y4m --meta wrong.txt", "", 1, "zetplay: wrong\\.txt: parse error at line 1.*\n"},
+        {"--headless good.y4m --gallery all --record all.mp4", "", 2, "zetplay: [^\n]*--gallery[^\n]*\n"},
+        {"--headless good.y4m --meta wrong.txt", "", 1, "zetplay: wrong\\.txt: parse error at line 1[^\n]*\n"},
         {"--headless good.y4m --loop", "timeout --preserve-status -s INT 1", 130, ""},
     };
     for (const auto& test : cases) {
         const Result result = run(test.arguments, test.prefix);
         EXPECT_EQ(result.status, test.status) << test.arguments << '\n' << result.err;
-        EXPECT_TRUE(std::regex_match(result.err, std::regex(test.line))) << test.arguments << '\n' << result.err;
+        EXPECT_THAT(result.err, testing::MatchesRegex(test.line)) << test.arguments;
         EXPECT_EQ(result.out, "") << test.arguments;
     }
 }
@@ -148,11 +148,11 @@ TEST_F(Zetplay, ShowsThePictureUprightInItsColours) {
         SCOPED_TRACE(window.arguments);
         const Result result = run(std::string(window.arguments) + " good.y4m --shot shot.png --stats");
         ASSERT_EQ(result.status, 0) << result.err;
-        EXPECT_TRUE(std::regex_match(
-            result.out,
-            std::regex(R"(\{"frames_read": 2, "frames_set": 2, "wall_seconds": [\d.]+, "cpu_seconds": [\d.]+, )"
-                       R"("peak_resident_bytes": \d+\}\n)")))
-            << result.out;
+        EXPECT_THAT(result.out,
+                    testing::MatchesRegex(
+                        R"(\{"frames_read": 2, "frames_set": 2, "wall_seconds": [0-9.]+, "cpu_seconds": [0-9.]+, )"
+                        R"("peak_resident_bytes": [0-9]+\})"
+                        "\n"));
         const Image shot = readPng(_scratch.path("shot.png"));
         ASSERT_EQ(shot.width, window.width);
         ASSERT_EQ(shot.height, window.height);

@@ -70,6 +70,11 @@ void beforeSwap(const std::function<void()>& hook) {
     swapHook = hook;
 }
 
+std::mutex& connecting() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 bool waitForSwaps(int count) {
     std::unique_lock lock(swapMutex);
     const int until = swapsEnded + count;
@@ -87,8 +92,6 @@ bool waitForSwaps(int count) {
     }
 
 ZET_WRAP(EGLDisplay, eglGetDisplay, getDisplay, nullptr, (EGLNativeDisplayType native), (native))
-ZET_WRAP(EGLBoolean, eglInitialize, initialize, EGL_FALSE, (EGLDisplay display, EGLint* major, EGLint* minor),
-         (display, major, minor))
 ZET_WRAP(EGLBoolean, eglTerminate, terminate, EGL_FALSE, (EGLDisplay display), (display))
 ZET_WRAP(EGLBoolean, eglChooseConfig, chooseConfig, EGL_FALSE,
          (EGLDisplay display, const EGLint* attributes, EGLConfig* configs, EGLint size, EGLint* found),
@@ -104,6 +107,14 @@ ZET_WRAP(EGLBoolean, eglQuerySurface, querySurface, EGL_FALSE,
          (display, surface, attribute, value))
 ZET_WRAP(EGLBoolean, eglSwapInterval, swapInterval, EGL_FALSE, (EGLDisplay display, EGLint interval),
          (display, interval))
+
+extern "C" EGLBoolean __real_eglInitialize(EGLDisplay, EGLint*, EGLint*);
+extern "C" EGLBoolean __wrap_eglInitialize(EGLDisplay, EGLint*, EGLint*);
+EGLBoolean __wrap_eglInitialize(EGLDisplay display, EGLint* major, EGLint* minor) {
+    const std::lock_guard lock(zet::test::connecting());
+    if (zet::test::fails(zet::test::EglCall::initialize)) return EGL_FALSE;
+    return __real_eglInitialize(display, major, minor);
+}
 
 extern "C" EGLBoolean __real_eglMakeCurrent(EGLDisplay, EGLSurface, EGLSurface, EGLContext);
 extern "C" EGLBoolean __wrap_eglMakeCurrent(EGLDisplay, EGLSurface, EGLSurface, EGLContext);

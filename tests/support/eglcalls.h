@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <mutex>
 
 namespace zet::test {
 
@@ -25,6 +26,8 @@ int eglCalls(EglCall call);
 void failEgl(EglCall call);
 /// Nothing fails, counts are 0, no hook.
 void resetEgl();
+/// Held while EGL connects to the X server: libXau, which both sides use for it, is not for two threads at a time.
+std::mutex& connecting();
 /// Runs on the render thread before each swap, with the context current and the display's lock held.
 void beforeSwap(const std::function<void()>& hook);
 /// Waits until `count` further swaps have ended; false after 10 s. All displays count.

@@ -4,12 +4,17 @@ namespace zet::test {
 
 namespace {
 
+std::mutex drawMutex;
 ProbeView::Draw probeDraw;
 
 }  // namespace
 
 void useProbes(const ProbeView::Draw& draw) {
     probeDraw = draw;
+}
+
+std::unique_lock<std::mutex> holdProbes() {
+    return std::unique_lock(drawMutex);
 }
 
 }  // namespace zet::test
@@ -32,7 +37,10 @@ __wrap__ZN3zet7ZETShow12createRenderEiPNS_13DisplayConfigEfPNS0_7DisplayE(int mo
         delete view;
     };
     const std::shared_ptr<ProbeView> view(new ProbeView(bus, touchScale, display), retire);
-    view->draw = zet::test::probeDraw;
+    view->draw = [draw = zet::test::probeDraw](const zet::ZETShow::Texture& texture) {
+        const auto held = zet::test::holdProbes();
+        draw(texture);
+    };
     view->goLive();
     return view;
 }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -52,5 +53,7 @@ private:
 /// The factory makes a probe with this draw for every mode but 0, until an empty one is given. Only in programs that
 /// hold probefactory.cpp.
 void useProbes(const ProbeView::Draw& draw);
+/// No draw of a probe runs while the lock is held.
+std::unique_lock<std::mutex> holdProbes();
 
 }  // namespace zet::test

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "support/eglcalls.h"
+
 namespace zet::test {
 
 namespace {
@@ -15,6 +17,7 @@ namespace {
 }
 
 void* connect() {
+    const std::lock_guard lock(connecting());
     ::Display* const connection = XOpenDisplay(nullptr);
     if (!connection) {
         std::fputs("no X display: run ./test, or ctest under tools/virtualscreen.sh\n", stderr);

@@ -234,6 +234,7 @@ TEST_F(CylinderSphereGl, leavesNothingBehindForOtherViews) {
         EXPECT_EQ(depthTest, mode == 5 || mode == 6);
         EXPECT_TRUE(near(picture.at(150, 180), toColor(Yuv{150, 100, 160}), 2)) << picture.at(150, 180);
     }
+    stop();
     EXPECT_EQ(arrays, 0);
     EXPECT_EQ(error, static_cast<unsigned>(GL_NO_ERROR));
 }

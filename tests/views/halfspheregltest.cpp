@@ -197,6 +197,7 @@ TEST_F(HalfSphere, AsksForFramesOnlyWhileTheSceneMoves) {
     bus.setConfig(DCFG_SCENE_BACKDROP, &stars);
     drawOut();
     EXPECT_GE(requests, 30);
+    stop();
     bus.unRegistObserver(observer);
 }
 
@@ -251,7 +252,7 @@ TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
     });
     begin(1, 0);
     drawOut();
-    beforeSwap(nullptr);
+    stop();
     EXPECT_GT(draws, 50);
     EXPECT_LT(farthestOff, 1.5);
     EXPECT_NEAR(radius, 18.5 / 19.1, 0.02);
@@ -290,6 +291,7 @@ TEST_F(HalfSphere, LeavesNothingForTheNextView) {
         leftOn += glGetError() != GL_NO_ERROR;
     });
     redraw();
+    stop();
     EXPECT_EQ(leftOn, 0);
 }
 

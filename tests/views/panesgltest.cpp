@@ -1,55 +1,7 @@
-// The views that stand in panes, pixel by pixel against rays that the test casts itself through a scene of its own.
-
-#include "support/displaytest.h"
-#include "views/lenspicture.h"
+#include "views/panesgl.h"
 
 namespace zet::test {
 namespace {
-
-constexpr double tolerance = 4;  // of 255: 8-bit planes, half the chroma, and cells of 2.7 degrees for a round dome
-constexpr int stride = 3;        // of the pixels that are looked at
-
-struct Rect {
-    int x, y, width, height;  // from the top left corner
-};
-
-// The colour of the scene at a picture radius and the dome's angle clockwise from the top.
-Color colorAt(double radius, double azimuth) {
-    return toColor(sceneColor(lensDirection(radius, azimuth)));
-}
-
-struct PanesGl : DisplayTest {
-    void startView(int mode, int width, int height) {
-        bus.setConfig(DCFG_RENDER_MODE, mode);
-        start(width, height);
-    }
-    void drag(float x1, float y1, float x2, float y2) {
-        const DragPoints points{x1, y1, x2, y2};
-        bus.setConfig(DCFG_DRAG, &points);
-    }
-    void touch(std::int64_t id, float x, float y) {
-        const TouchPoint point{x, y};
-        bus.setConfig(id, &point);
-    }
-
-    // Compares a pane with `expected(x, y)`, pane units; nothing where that gives false.
-    template <typename Expected>
-    void compare(const Picture& picture, const Rect& rect, const std::string& what, const Expected& expected) {
-        int looked = 0;
-        for (int j = stride; j < rect.height - stride; j += stride) {
-            for (int i = stride; i < rect.width - stride; i += stride) {
-                Color wanted;
-                if (!expected((2 * i + 1.0) / rect.width - 1, 1 - (2 * j + 1.0) / rect.height, wanted)) continue;
-                const Color& seen = picture.at(rect.x + i, rect.y + j);
-                ++looked;
-                ASSERT_TRUE(near(seen, wanted, tolerance)) << what << " at " << i << ' ' << j << seen << wanted;
-            }
-        }
-        EXPECT_GT(looked, rect.width * rect.height / (stride * stride) / 2) << what;
-    }
-
-    const Frame frame = lensFrame(512);
-};
 
 struct MultiViewGl : PanesGl {
     // Pan in degrees and tilt in tens of them, from the pane's rest.
@@ -100,30 +52,9 @@ struct MultiViewMapGl : PanesGl {
         const double k = 1 - travel * 10 / 45.560596;
         const DomeCamera detail{2.0, 1.0, -45.560596 * k, 1.8790853 * k, 1.3989465, 180 + yaw};
         const DomeCamera map{6.2, 1.0, 0, 0, 0, 0, 0};
-        int lit = 0;
-        compare(picture, detailRect, what + ", detail", [&detail](double x, double y, Color& wanted) {
-            const DomeAngles place = detail.at(x, y);
-            if (std::fabs(place.b) < 1 || place.b > 86) return false;
-            wanted = place.b > 0 ? mapColor(place) : Color{};
-            return true;
-        });
-        compare(picture, mapRect, what + ", map", [&](double x, double y, Color& wanted) {
-            const DomeAngles place = map.at(x, y);
-            if (std::fabs(place.b) < 1) return false;
-            const double inside = detail.inside(place);
-            if (std::fabs(inside) < 0.03) return false;
-            wanted = place.b > 0 ? mapColor(place) : Color{};
-            if (place.b > 0 && inside > 0) {
-                for (double* const channel : {&wanted.r, &wanted.g, &wanted.b})
-                    *channel = std::min(*channel + 76.5, 255.0);
-                ++lit;
-            }
-            return true;
-        });
-        EXPECT_GT(lit, 300) << what;
+        compareDome(picture, detailRect, detail, what + ", detail");
+        compareMap(picture, mapRect, map, detail, what + ", map");
     }
-
-    static Color mapColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
 
     static constexpr Rect mapRect{4, 103, 296, 296};
     static constexpr Rect detailRect{300, 103, 296, 296};

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <GLES2/gl2.h>
+
+#include <algorithm>
+#include <atomic>
+
+#include "support/displaytest.h"
+#include "views/lenspicture.h"
+
+namespace zet::test {
+
+/// A view that stands in panes, pixel by pixel against rays that the test casts itself through a scene of its own.
+struct PanesGl : DisplayTest {
+    static constexpr double tolerance = 4;  // of 255: 8-bit planes, half the chroma, cells of 2.7 degrees for a dome
+    static constexpr int stride = 3;        // of the pixels that are looked at
+
+    struct Rect {
+        int x, y, width, height;  // from the top left corner
+    };
+
+    /// The colour of the scene at a picture radius and the dome's angle clockwise from the top.
+    static Color colorAt(double radius, double azimuth) { return toColor(sceneColor(lensDirection(radius, azimuth))); }
+    /// The direction that stands at a place of a dome with an even radius and the bottom of the lens circle at angle 0.
+    static Vec evenDirection(const DomeAngles& place) {
+        return lensDirection(0.998 * (1 - place.b / 90), place.a + 180);
+    }
+    static Color evenColor(const DomeAngles& place) { return toColor(sceneColor(evenDirection(place))); }
+
+    void startView(int mode, int width, int height) {
+        bus.setConfig(DCFG_RENDER_MODE, mode);
+        start(width, height);
+    }
+    void drag(float x1, float y1, float x2, float y2) {
+        const DragPoints points{x1, y1, x2, y2};
+        bus.setConfig(DCFG_DRAG, &points);
+    }
+    void touch(std::int64_t id, float x, float y) {
+        const TouchPoint point{x, y};
+        bus.setConfig(id, &point);
+    }
+
+    /// Compares a pane with `expected(x, y, color)`, pane units; nothing where that gives false.
+    template <typename Expected>
+    void compare(const Picture& picture, const Rect& rect, const std::string& what, const Expected& expected) {
+        int looked = 0;
+        for (int j = stride; j < rect.height - stride; j += stride) {
+            for (int i = stride; i < rect.width - stride; i += stride) {
+                Color wanted;
+                if (!expected((2 * i + 1.0) / rect.width - 1, 1 - (2 * j + 1.0) / rect.height, wanted)) continue;
+                const Color& seen = picture.at(rect.x + i, rect.y + j);
+                ++looked;
+                ASSERT_TRUE(near(seen, wanted, tolerance)) << what << " at " << i << ' ' << j << seen << wanted;
+            }
+        }
+        EXPECT_GT(looked, rect.width * rect.height / (stride * stride) / 2) << what;
+    }
+
+    /// A pane that shows the even dome through `camera`.
+    void compareDome(const Picture& picture, const Rect& rect, const DomeCamera& camera, const std::string& what,
+                     Color (*colorOf)(const DomeAngles&) = evenColor) {
+        compare(picture, rect, what, [&camera, colorOf](double x, double y, Color& wanted) {
+            const DomeAngles place = camera.at(x, y);
+            if (std::fabs(place.b) < 1 || place.b > 86) return false;  // the rim's edge; narrow cells at the pole
+            wanted = place.b > 0 ? colorOf(place) : Color{};
+            return true;
+        });
+    }
+
+    /// The same for a map, brightened where `detail` sees the dome.
+    void compareMap(const Picture& picture, const Rect& rect, const DomeCamera& map, const DomeCamera& detail,
+                    const std::string& what) {
+        int lit = 0;
+        compare(picture, rect, what, [&](double x, double y, Color& wanted) {
+            const DomeAngles place = map.at(x, y);
+            if (std::fabs(place.b) < 1) return false;
+            const double inside = detail.inside(place);
+            if (std::fabs(inside) < 0.03) return false;
+            wanted = place.b > 0 ? evenColor(place) : Color{};
+            if (place.b > 0 && inside > 0) {
+                for (double* const channel : {&wanted.r, &wanted.g, &wanted.b})
+                    *channel = std::min(*channel + 76.5, 255.0);
+                ++lit;
+            }
+            return true;
+        });
+        EXPECT_GT(lit, 300) << what;
+    }
+
+    /// How often `gestures` makes the view ask for a redraw.
+    template <typename Gestures>
+    int requestsOf(const Gestures& gestures) {
+        std::atomic<int> requests = 0;
+        void* observer = bus.registObserver(
+            DCFG_RENDER_REQUEST, [&](DisplayConfig&, DisplayConfigUserData&) { return ++requests, 0; }, nullptr,
+            DCFG_FLAG_EVENT);
+        gestures();
+        bus.unRegistObserver(observer);
+        return requests;
+    }
+
+    /// Draws, and finds nothing enabled that the next view could stumble over, and no error.
+    void expectNothingLeftOn() {
+        beforeSwap([this] {
+            GLint attributes = 0;
+            glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
+            for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
+                GLint enabled = 0;
+                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
+                leftOn += enabled;
+            }
+            leftOn += glIsEnabled(GL_DEPTH_TEST) + glIsEnabled(GL_BLEND);
+            leftOn += glGetError() != GL_NO_ERROR;
+        });
+        redraw();
+        EXPECT_EQ(leftOn, 0);
+    }
+
+    const Frame frame = lensFrame(512);
+    std::atomic<int> leftOn = 0;
+};
+
+}  // namespace zet::test
