@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "views/pose.h"
@@ -131,7 +133,9 @@ TEST_F(MultiViewMotionTest, enlargedPaneTakesEveryDrag) {
     motion.doubleTap(500, 400);  // the corner of pane 1
     EXPECT_TRUE(motion._zoomed);
     EXPECT_EQ(motion._selectedPane, 1);
-    motion.drag(900, 700, 910, 700);
+    motion.drag(900, 700, 901, 700);
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(static_cast<float>(motion._pan[1])), 0x3de66667u);
+    motion.drag(901, 700, 910, 700);
     motion.drag(0, 0, 10, -900);
     EXPECT_FLOAT_EQ(motion._pan[1], 20 * 0.1125f);
     motion.setAutoRotate(true, 1.0f);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cstdint>
 #include <limits>
 
 #include "views/parts/angles.h"
@@ -11,6 +13,7 @@ namespace {
 
 TEST(Dome, cellsMeetAndTheShapeIsTold) {
     const Dome dome = makeDome(onSphere);
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(Dome::_angleStep), 0x3d4104f0u);
     ASSERT_EQ(dome._vertexCount, 134 * 34 * 6);
     ASSERT_EQ(dome._vertices.size(), 82008u);
     ASSERT_EQ(dome._texCoords.size(), 54672u);
