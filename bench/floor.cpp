@@ -1,8 +1,9 @@
 // What a view costs beside the bare GL work in it. For each mode the module shows frames while its GL calls are
 // written down; then a bare EGL/GLES context makes the same calls with nothing around them, in turn with the module.
-// Printed: CPU seconds a shown frame of the module, of the floor, and their ratio, as medians over the rounds.
+// Printed: CPU time a shown frame of the module, of the floor, and their ratio, as medians over the rounds. `faces` is
+// mode 0 with ten faces, each with its box and three lines of text.
 //
-// usage: floor [MODE...]   (default: 0)
+// usage: floor [MODE|faces...]   (default: 0)
 
 #include <EGL/egl.h>
 #include <sys/resource.h>
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -27,6 +29,7 @@ constexpr int windowWidth = 1280;
 constexpr int windowHeight = 720;
 constexpr int framesPerRound = 60;
 constexpr int rounds = 9;
+const char* const font = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 constexpr auto framePeriod = 20ms;  // longer than the module's pace: every frame is shown
 
 double cpuSeconds() {
@@ -57,6 +60,20 @@ struct Frame {
         record.lensRegion = region;
     }
 
+    void addFaces() {
+        for (int i = 0; i < 10; ++i) {
+            zet::FaceItem face{0,   i % 2, 30u + static_cast<unsigned>(i), 40 + 360 * (i % 5), 200 + 420 * (i / 5),
+                               150, 180};
+            std::snprintf(face.name, sizeof face.name, "Somebody Longname %d", i);
+            faces.push_back(face);
+        }
+        record.aiCount = static_cast<int>(faces.size());
+        record.aiItems = faces.data();
+        record.aiKind = &facesKind;
+    }
+
+    static constexpr int facesKind = zet::AI_KIND_FACES;
+    std::vector<zet::FaceItem> faces;
     static constexpr int region[4] = {5000, 5000, 4900, 4900};
     std::vector<std::uint8_t> y, u, v;
     zet::YUV420PData record;
@@ -106,14 +123,19 @@ void show(zet::DisplayConfig& config, const Frame& frame, std::size_t count) {
     }
 }
 
-void measure(int mode) {
-    const Frame frame(mode == 0 ? 1920 : 1920, mode == 0 ? 1080 : 1920);
+void measure(const char* what) {
+    const bool withFaces = std::string_view(what) == "faces";
+    const int mode = withFaces ? 0 : std::atoi(what);
+    Frame frame(1920, mode == 0 ? 1080 : 1920);
+    if (withFaces) frame.addFaces();
     const bench::XWindow moduleWindow(windowWidth, windowHeight);
     const bench::XWindow floorWindow(windowWidth, windowHeight);
     zet::DisplayConfig config;
     zet::GlobalConfiger global;
     auto& recorded = bench::GlCalls::recorded();
     recorded = {};
+    global.setFontPath(font);
+    config.setConfig(zet::DCFG_FACE_OPTION, zet::FACE_BOX | zet::FACE_GENDER | zet::FACE_AGE | zet::FACE_NAME);
 
     bench::startRecording();
     auto display = zet::CreateZETDisplay(&config, &global);
@@ -155,7 +177,7 @@ void measure(int mode) {
         bare.push_back((stop - between) / framesPerRound);
         ratios.push_back(module.back() / bare.back());
     }
-    std::printf("mode %2d   module %.3f ms   floor %.3f ms   ratio %.3f   (%zu GL calls a frame)\n", mode,
+    std::printf("%5s   module %.3f ms   floor %.3f ms   ratio %.3f   (%zu GL calls a frame)\n", what,
                 1e3 * median(module), 1e3 * median(bare), median(ratios), end - begin);
     std::fflush(stdout);
 }
@@ -163,6 +185,6 @@ void measure(int mode) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) measure(0);
-    for (int i = 1; i < argc; ++i) measure(std::atoi(argv[i]));
+    if (argc < 2) measure("0");
+    for (int i = 1; i < argc; ++i) measure(argv[i]);
 }

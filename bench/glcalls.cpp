@@ -6,6 +6,8 @@
 #include <GLES2/gl2.h>
 
 #include <atomic>
+#include <cstdint>
+#include <memory>
 #include <string>
 
 namespace bench {
@@ -14,6 +16,27 @@ namespace {
 
 std::atomic<bool> recording = false;
 std::atomic<std::size_t> shown = 0;
+
+// A vertex array of floats, as it stands until its attribute is disabled.
+struct Array {
+    const void* source;
+    GLint size;
+    GLsizei stride;
+    std::vector<std::uint8_t> own;  // its vertices, once a draw has told how many there are
+};
+std::shared_ptr<Array> arrays[16];
+constexpr int mostCopied = 64;  // vertices: larger arrays belong to the view and stay where they are
+
+void copyVertices(int count) {
+    if (count > mostCopied) return;
+    for (const auto& array : arrays) {
+        if (!array || !array->own.empty()) continue;
+        const auto vertex = static_cast<std::size_t>(array->size) * sizeof(float);
+        const auto stride = array->stride != 0 ? static_cast<std::size_t>(array->stride) : vertex;
+        const auto* const bytes = static_cast<const std::uint8_t*>(array->source);
+        array->own.assign(bytes, bytes + stride * static_cast<std::size_t>(count - 1) + vertex);
+    }
+}
 
 template <typename Call>
 void record(const Call& call) {
@@ -84,8 +107,6 @@ PASS(glDeleteShader, (GLuint a), (a))
 PASS(glDepthFunc, (GLenum a), (a))
 PASS(glDepthMask, (GLboolean a), (a))
 PASS(glDisable, (GLenum a), (a))
-PASS(glDisableVertexAttribArray, (GLuint a), (a))
-PASS(glDrawArrays, (GLenum a, GLint b, GLsizei c), (a, b, c))
 PASS(glEnable, (GLenum a), (a))
 PASS(glEnableVertexAttribArray, (GLuint a), (a))
 PASS(glFinish, (), ())
@@ -93,8 +114,6 @@ PASS(glFramebufferTexture2D, (GLenum a, GLenum b, GLenum c, GLuint d, GLint e), 
 PASS(glLineWidth, (GLfloat a), (a))
 PASS(glLinkProgram, (GLuint a), (a))
 PASS(glPixelStorei, (GLenum a, GLint b), (a, b))
-PASS(glTexImage2D, (GLenum a, GLint b, GLint c, GLsizei d, GLsizei e, GLint f, GLenum g, GLenum h, const void* i),
-     (a, b, c, d, e, f, g, h, i))
 PASS(glTexParameteri, (GLenum a, GLenum b, GLint c), (a, b, c))
 PASS(glUniform1f, (GLint a, GLfloat b), (a, b))
 PASS(glUniform1i, (GLint a, GLint b), (a, b))
@@ -102,7 +121,6 @@ PASS(glUniform2f, (GLint a, GLfloat b, GLfloat c), (a, b, c))
 PASS(glUniform3f, (GLint a, GLfloat b, GLfloat c, GLfloat d), (a, b, c, d))
 PASS(glUniform4f, (GLint a, GLfloat b, GLfloat c, GLfloat d, GLfloat e), (a, b, c, d, e))
 PASS(glUseProgram, (GLuint a), (a))
-PASS(glVertexAttribPointer, (GLuint a, GLint b, GLenum c, GLboolean d, GLsizei e, const void* f), (a, b, c, d, e, f))
 PASS(glViewport, (GLint a, GLint b, GLsizei c, GLsizei d), (a, b, c, d))
 
 GENERATE(glGenFramebuffers)
@@ -113,6 +131,50 @@ UNIFORM_VECTOR(glUniform3fv, 3)
 UNIFORM_VECTOR(glUniform4fv, 4)
 
 extern "C" {
+
+decltype(glVertexAttribPointer) __real_glVertexAttribPointer, __wrap_glVertexAttribPointer;
+void __wrap_glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalised, GLsizei stride,
+                                  const void* data) {
+    if (bench::recording) {
+        const auto array = std::make_shared<bench::Array>(bench::Array{data, size, stride, {}});
+        bench::arrays[index] = array;
+        record([=] {
+            const void* const from = array->own.empty() ? data : array->own.data();
+            __real_glVertexAttribPointer(index, size, type, normalised, stride, from);
+        });
+    }
+    __real_glVertexAttribPointer(index, size, type, normalised, stride, data);
+}
+
+decltype(glDisableVertexAttribArray) __real_glDisableVertexAttribArray, __wrap_glDisableVertexAttribArray;
+void __wrap_glDisableVertexAttribArray(GLuint index) {
+    if (bench::recording) bench::arrays[index].reset();
+    record([=] { __real_glDisableVertexAttribArray(index); });
+    __real_glDisableVertexAttribArray(index);
+}
+
+decltype(glDrawArrays) __real_glDrawArrays, __wrap_glDrawArrays;
+void __wrap_glDrawArrays(GLenum mode, GLint first, GLsizei count) {
+    if (bench::recording) bench::copyVertices(first + count);
+    record([=] { __real_glDrawArrays(mode, first, count); });
+    __real_glDrawArrays(mode, first, count);
+}
+
+decltype(glTexImage2D) __real_glTexImage2D, __wrap_glTexImage2D;
+void __wrap_glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height, GLint border,
+                         GLenum format, GLenum type, const void* data) {
+    // Labels are written into one buffer in turn.
+    std::vector<std::uint8_t> own;
+    if (bench::recording && format == GL_ALPHA) {
+        const auto* const bytes = static_cast<const std::uint8_t*>(data);
+        own.assign(bytes, bytes + static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    }
+    record([=] {
+        __real_glTexImage2D(target, level, internalFormat, width, height, border, format, type,
+                            own.empty() ? data : own.data());
+    });
+    __real_glTexImage2D(target, level, internalFormat, width, height, border, format, type, data);
+}
 
 decltype(glUniformMatrix4fv) __real_glUniformMatrix4fv, __wrap_glUniformMatrix4fv;
 void __wrap_glUniformMatrix4fv(GLint location, GLsizei count, GLboolean transpose, const GLfloat* values) {

@@ -7,8 +7,9 @@
 namespace bench {
 
 /// The GL calls that the module has made since its start, in order, each with its arguments: replayed in a fresh
-/// context they do the same GL work with nothing around it. Client memory is not copied but for uniforms and shader
-/// texts, so the module must stay alive, with its frame, for as long as its calls are replayed.
+/// context they do the same GL work with nothing around it. Client memory is not copied but for uniforms, shader texts,
+/// labels and small vertex arrays, so the module must stay alive, with its frame, for as long as its calls are
+/// replayed.
 struct GlCalls {
     using Call = std::function<void()>;
 
