@@ -187,7 +187,7 @@ TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
     shown(Frame(64, 64, red));
     drawOut();
     std::vector<std::chrono::steady_clock::time_point> draws;
-    beforeSwap([&] { draws.push_back(std::chrono::steady_clock::now()); });
+    const SwapHook hook([&] { draws.push_back(std::chrono::steady_clock::now()); });
     const Frame frame(64, 64, blue);
     const auto countAfter = [&](auto set) {
         const int before = eglCalls(EglCall::swapBuffers);

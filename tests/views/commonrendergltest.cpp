@@ -297,7 +297,7 @@ TEST_F(FlatView, answersTheZoomInForce) {
 
 TEST_F(FlatView, leavesNothingBehindForTheNextView) {
     std::atomic<int> draws = 0, enabled = 0, errors = 0;
-    beforeSwap([&] {
+    const SwapHook hook([&] {
         ++draws;
         GLint arrays = 0;
         glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &arrays);

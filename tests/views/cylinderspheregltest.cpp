@@ -216,7 +216,7 @@ TEST_F(CylinderSphereGl, leavesNothingBehindForOtherViews) {
     std::atomic<int> arrays{0};
     std::atomic<unsigned> error{GL_NO_ERROR};
     std::atomic<bool> depthTest{false};
-    beforeSwap([&] {
+    const SwapHook hook([&] {
         GLint enabled = 0;
         for (GLuint i = 0; i < 8; ++i) {
             glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);

@@ -232,7 +232,7 @@ TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
     double farthestOff = 0;
     double radius = 0;  // of the brightest light on the bright side
     std::vector<GLubyte> pixels(4 * width * height);
-    beforeSwap([&] {
+    const auto look = [&] {
         glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
         const auto blue = [&](double x, double y) {
             const int column = static_cast<int>(width / 2 + x * height / 2);
@@ -249,10 +249,12 @@ TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
             if (value > brightest) radius = r;
             brightest = std::max(brightest, value);
         }
-    });
-    begin(1, 0);
-    drawOut();
-    stop();
+    };
+    {
+        const SwapHook hook(look);
+        begin(1, 0);
+        drawOut();
+    }
     EXPECT_GT(draws, 50);
     EXPECT_LT(farthestOff, 1.5);
     EXPECT_NEAR(radius, 18.5 / 19.1, 0.02);
@@ -279,7 +281,7 @@ TEST_F(HalfSphere, StarsStandOutsideTheBowl) {
 TEST_F(HalfSphere, LeavesNothingForTheNextView) {
     begin(1, 1);
     std::atomic<int> leftOn = 0;
-    beforeSwap([&] {
+    const SwapHook hook([&] {
         GLint attributes = 0;
         glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
         for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {

@@ -101,7 +101,7 @@ struct PanesGl : DisplayTest {
 
     /// Draws, and finds nothing enabled that the next view could stumble over, and no error.
     void expectNothingLeftOn() {
-        beforeSwap([this] {
+        const SwapHook hook([this] {
             GLint attributes = 0;
             glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
             for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {

@@ -22,7 +22,7 @@ TEST_F(SteadyState, FramesByPointerAllocateNothing) {
     frame.record.lensRegion = region;
     start(160, 120);
     countAllocations();
-    beforeSwap([] { countAllocations(); });
+    const SwapHook hook(countAllocations);
     for (int mode = 0; mode <= 10; ++mode) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
         const auto showFrames = [&](int count) {
