@@ -250,9 +250,10 @@ TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
             brightest = std::max(brightest, value);
         }
     };
+        begin(1, 0);
+        const SwapHook hook(look);
     begin(1, 0);
     {
-        const SwapHook hook(look);
         drawOut();
     }
     EXPECT_GT(draws, 50);
