@@ -250,10 +250,9 @@ TEST_F(HalfSphere, HaloGoesRoundOutsideTheRim) {
             brightest = std::max(brightest, value);
         }
     };
-        begin(1, 0);
-        const SwapHook hook(look);
-    begin(1, 0);
     {
+        const SwapHook hook(look);
+        begin(1, 0);
         drawOut();
     }
     EXPECT_GT(draws, 50);
