@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iostream>
+#include <system_error>
 
 #include "interrupt.h"
 #include "views.h"
@@ -32,6 +34,17 @@ std::string systemFont() {
     return {};
 }
 
+/// `given`, or a system's font. None is no reason to stop.
+std::string fontFile(const std::string& given) {
+    const std::string path = given.empty() ? systemFont() : given;
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown)) {
+        const std::string what = path.empty() ? "no font found, see --font" : path + ": no such font";
+        std::cerr << "zetplay: " + what + ": labels and timestamps are left out\n";
+    }
+    return path;
+}
+
 }  // namespace
 
 Session::Session(const Options& given)
@@ -43,7 +56,7 @@ Session::Session(const Options& given)
     feed.loop = options.loop;
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
     if (options.lensGiven) feed.setLens(options.lens);
-    driver.global().setFontPath(options.font.empty() ? systemFont() : options.font);
+    driver.global().setFontPath(fontFile(options.font));
     driver.global().setStartTime4WaterMarker(options.startTime);
     driver.global().setRectZoom(options.rectZoom);
     retitle();

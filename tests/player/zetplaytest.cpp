@@ -92,6 +92,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
     } cases[] = {
         {"--headless good.y4m", "", 0, ""},
         {"--headless good.y4m --script good.txt", "", 0, ""},
+        {"--headless good.y4m --font no.ttf", "", 0, "zetplay: no\\.ttf: no such font: labels [^\n]* left out\n"},
         {"--headless missing.mp4", "", 1, "zetplay: missing\\.mp4: [^\n]*No such file[^\n]*\n"},
         {"--headless empty.mp4", "", 1, "zetplay: empty\\.mp4: [^\n]+\n"},
         {"--headless text.mp4", "", 1, "zetplay: text\\.mp4: [^\n]+\n"},
