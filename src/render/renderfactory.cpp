@@ -6,6 +6,7 @@
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
+#include "views/walloneview180render.h"
 #include "views/walloneviewrender.h"
 #include "views/wallthreeviewrender.h"
 #include "views/walltwoviewrender.h"
@@ -57,6 +58,8 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<WallTwoViewRender>(config, touchScale, display);
         case 9:
             return make<WallOneViewRender>(config, touchScale, display);
+        case 10:
+            return make<WallOneView180Render>(config, touchScale, display);
         default:
             return nullptr;
     }

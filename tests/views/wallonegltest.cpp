@@ -1,4 +1,4 @@
-// The one-pane wall view against rays that the test casts onto a stretched half sphere.
+// The two one-pane wall views against rays that the test casts onto a stretched half sphere.
 
 #include <optional>
 
@@ -129,16 +129,99 @@ TEST_F(WallOne, takesTheSquaredLensRegion) {
     });
 }
 
-TEST_F(WallOne, standsThroughSurfacesOfAnySizeAndLeavesNothingOn) {
+// The frame straight along the axis, flat from far and bent when near.
+struct WallOne180 : WallOneGl {
+    static WallCamera camera(double eyeZ, double yaw = 0, double pitch = 0) {
+        return {eyeZ, yaw, pitch, between({1, 1, 0}, {1.05, 1, 0.8}, (6.4 - eyeZ) / 7.2)};
+    }
+    // What is shown of the frame: pixels from its top left corner.
+    void expectFrame(const WallCamera& camera, const std::string& what, const Rect& part = {0, 0, 480, 320}) {
+        compareSeen(what, camera, [&](const Vec& p) -> std::optional<Color> {
+            const double ds = p.x / 12, dt = -1.6 * p.y / 12;
+            const bool inFrame = std::fabs(ds) < 0.5 && std::fabs(dt) < 0.5;
+            if (!inFrame || ds * ds / 0.079102 + dt * dt / 0.25 > 1.68 * 1.68) return std::nullopt;
+            return plain.sample((part.x + (0.5 + ds) * part.width) / 480, (part.y + (0.5 + dt) * part.height) / 320);
+        });
+    }
+};
+
+TEST_F(WallOne180, isFlatFromFarAndBendsOnTheWayIn) {
+    startView(10, width, height);
+    bus.setConfig(DCFG_YUV_FRAME, &plain.record);
+    expectFrame(camera(6.4), "far");
+    const Picture far = window->grab();
+    const double unit = height / 2.0 / 6.4;  // of the dome, in pixels there
+    const auto isBlack = [&far, unit](double x, double y) {
+        const int right = static_cast<int>(width / 2.0 + x * unit), down = static_cast<int>(height / 2.0 - y * unit);
+        return near(far.at(right, down), {}, 0);
+    };
+    EXPECT_FALSE(isBlack(0, 3.6)) << "the top edge in the middle";
+    EXPECT_TRUE(isBlack(0, 3.9));
+    EXPECT_TRUE(isBlack(-5.9, 0)) << "the left edge in the middle";
+    EXPECT_FALSE(isBlack(-5.5, 0));
+    EXPECT_TRUE(isBlack(5.5, 3.6)) << "a corner";
+
+    touch(DCFG_TOUCH_DOWN, 300, 200);
+    pinchIn(120);
+    expectFrame(camera(6.4 - 120 * 0.029925), "halfway");
+    pinchIn(150);
+    expectFrame(camera(-0.8), "inside");
+    move(400, 0);
+    expectFrame(camera(-0.8, -30), "to the left");
+    move(-400, -380);
+    move(-200, 0);
+    expectFrame(camera(-0.8, 15, 28.5), "to the right and down");
+}
+
+TEST_F(WallOne180, keepsTheShapeOfTheLensRegion) {
+    startView(10, width, height);
+    shown(tilted);
+    expectFrame(camera(6.4), "not squared", {72, 96, 240, 192});
+}
+
+TEST_F(WallOne180, springsBackWhenTheFingerLifts) {
+    startView(10, width, height);
+    shown(plain);
+    touch(DCFG_TOUCH_DOWN, 0, 0);
+    pinchIn(300);
+    shown();
+    move(560, 0);
+    expectFrame(camera(-0.8, -42), "held");
+    touch(DCFG_TOUCH_UP, 0, 0);
+    drawOut();
+    expectFrame(camera(-0.8, -37.2), "sprung back");
+}
+
+// Both views.
+
+TEST_F(WallOneGl, ofLiftedFingersOnlyTheSpringHears) {
+    const auto gestures = [this] {
+        for (const std::int64_t id : {DCFG_TOUCH_DOWN, DCFG_TOUCH_UP, DCFG_DOUBLE_TAP}) touch(id, 5, 5);
+    };
     startView(9, width, height);
-    const Picture before = shown(plain);
-    window->resize(10, height);
-    redraw();
-    window->resize(11, 11);
-    EXPECT_FALSE(near(shown().at(5, 5), {}, 4));
-    window->resize(width, height);
-    EXPECT_TRUE(near(shown().at(300, 200), before.at(300, 200), 0));
-    expectNothingLeftOn();
+    EXPECT_EQ(requestsOf(gestures), 2);
+    bus.setConfig(DCFG_RENDER_MODE, 10);
+    EXPECT_EQ(requestsOf(gestures), 3);
+}
+
+TEST_F(WallOneGl, standThroughSurfacesOfAnySizeAndLeaveNothingOn) {
+    startView(9, width, height);
+    for (const int mode : {9, 10}) {
+        bus.setConfig(DCFG_RENDER_MODE, mode);
+        const Picture before = shown(plain);
+        window->resize(10, height);
+        redraw();
+        window->resize(width, 1);
+        redraw();
+        window->resize(11, 11);
+        EXPECT_FALSE(near(shown().at(5, 5), {}, 4)) << mode;
+        window->resize(width, height);
+        const Picture after = shown();
+        for (const auto& [x, y] : {std::pair(300, 200), std::pair(200, 150), std::pair(10, 10)}) {
+            EXPECT_TRUE(near(before.at(x, y), after.at(x, y), 0)) << mode << ": " << x << ' ' << y;
+        }
+        expectNothingLeftOn();
+    }
 }
 
 }  // namespace
