@@ -18,7 +18,7 @@ public:
     static ZETLog& instance();  ///< the one of the process
 
     /// Where lines go from now on; null, the default, drops them. The sink is called on the thread that logs, with a
-    /// line of at most 1023 bytes, and must not call the module.
+    /// line of at most 8191 bytes, and must not call the module.
     void setSink(Sink sink);
 
     /// Writes one line, printf-style.
