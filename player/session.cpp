@@ -36,7 +36,7 @@ std::string systemFont() {
 
 /// `given`, or a system's font. None is no reason to stop.
 std::string fontFile(const std::string& given) {
-    const std::string path = given.empty() ? systemFont() : given;
+    std::string path = given.empty() ? systemFont() : given;
     std::error_code unknown;
     if (!std::filesystem::is_regular_file(path, unknown)) {
         const std::string what = path.empty() ? "no font found, see --font" : path + ": no such font";
