@@ -47,7 +47,7 @@ TEST(FaceLayout, linesStandBesideTheMiddle) {
         const FaceLines lines(of, box, option);
         EXPECT_NEAR(lines.x, 0.25, 1e-6) << option;
         EXPECT_TRUE(lines.count == 0 || std::abs(lines.y - y) < 1e-6) << option << ": " << lines.y;
-        return std::vector<std::string_view>(lines.text, lines.text + lines.count);
+        return std::vector<std::string>(lines.text, lines.text + lines.count);
     };
     EXPECT_THAT(texts(face, 15, 0.35), ElementsAre("Ada", "male", "4294967295"));
     EXPECT_THAT(texts(nameless, 14, 0.3), ElementsAre("female", "0"));
