@@ -1,24 +1,33 @@
 # What other projects find: the library and its public headers, a CMake package (target ZET::Display) and a pkg-config
-# file. Both name places relative to themselves, so an installed tree may be moved.
+# file. Both name places relative to themselves, so an installed tree may be moved. Components are what becomes a
+# package each: library, dev, and zetplay with its own rules in player/.
 include(CMakePackageConfigHelpers)
 
 install(
   TARGETS ZETDisplay
   EXPORT ZETDisplayTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(DIRECTORY include/zet DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+          COMPONENT library
+          NAMELINK_COMPONENT dev)
+install(DIRECTORY include/zet DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/ZETDisplay)
 install(
   EXPORT ZETDisplayTargets
   NAMESPACE ZET::
-  DESTINATION ${package})
+  DESTINATION ${package}
+  COMPONENT dev)
 configure_package_config_file(cmake/ZETDisplayConfig.cmake.in ZETDisplayConfig.cmake INSTALL_DESTINATION ${package})
 write_basic_package_version_file(ZETDisplayConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/ZETDisplayConfig.cmake ${PROJECT_BINARY_DIR}/ZETDisplayConfigVersion.cmake
-        DESTINATION ${package})
+install(
+  FILES ${PROJECT_BINARY_DIR}/ZETDisplayConfig.cmake ${PROJECT_BINARY_DIR}/ZETDisplayConfigVersion.cmake
+  DESTINATION ${package}
+  COMPONENT dev)
 
 cmake_path(SET ZET_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
 cmake_path(RELATIVE_PATH ZET_PC_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 configure_file(cmake/zetdisplay.pc.in zetdisplay.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zetdisplay.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(
+  FILES ${PROJECT_BINARY_DIR}/zetdisplay.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  COMPONENT dev)

@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     # Compiler and build
-    g++ cmake ninja-build pkg-config
+    g++ cmake ninja-build pkg-config dpkg-dev
     # The module: EGL, GLES, label text, timestamps
     libegl-dev libgles-dev libfreetype-dev libavfilter-dev libavutil-dev fonts-dejavu-core
     # A driver for EGL: Mesa, also on machines without a graphics card
@@ -17,7 +17,7 @@ packages=(
     # An X display where there is no screen, and how to ask for one
     xvfb x11-utils
 )
-[ "${1-}" = ci ] && packages+=(clang-format clang-tidy shellcheck git)
+[ "${1-}" = ci ] && packages+=(clang-format clang-tidy shellcheck doxygen git)
 
 if ! command -v dpkg-query >/dev/null; then
     echo "tools/packages.sh: this is no Debian; taking it that these are there: ${packages[*]}" >&2

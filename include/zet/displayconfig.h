@@ -23,8 +23,8 @@ concept Arithmetic = std::is_arithmetic_v<T>;
 
 /// Bytes to be copied onto the bus.
 struct SizeHelp {
-    const void* data = nullptr;
-    int size = 0;  ///< bytes
+    const void* data = nullptr;  ///< read during the call
+    int size = 0;                ///< bytes
 };
 
 /// The configuration bus: 33 slots, one an identifier, each with its value and its observers.
@@ -57,7 +57,7 @@ public:
     int setConfig(std::int64_t id, const SizeHelp& value);
     /// Copies a string with its NUL into a block of the bus.
     int setConfig(std::int64_t id, const char* text);
-    int setConfig(std::int64_t id, const std::string& text);
+    int setConfig(std::int64_t id, const std::string& text);  ///< the same
     /// Copies the record of a setting into a block of the bus.
     template <SettingRecord Record>
     int setConfig(std::int64_t id, const Record* record) {
@@ -84,6 +84,7 @@ public:
     /// begins; a call that another thread has begun may still be finishing. It never waits for such a call.
     int unRegistObserver(void*& handle);
 
+    /// @{
     /// What the joining `setConfig` takes of one piece.
     static const char* getData(const char* text);
     static int getSize(const char* text);
@@ -99,6 +100,7 @@ public:
     static int getSize(const Number&) {
         return static_cast<int>(sizeof(Number));
     }
+    /// @}
 
 private:
     friend class DisplayConfigUserData;
@@ -141,13 +143,13 @@ private:
 /// A registration, as its observer sees it. The accessors read the slot as it stands; call them inside the delivery.
 class ZET_API DisplayConfigUserData {
 public:
-    void* getUserData() const { return _userData; }
-    unsigned getFlag() const { return _flag; }
-    void* getUnRegistHandle() const { return _unRegistHandle; }
-    std::int64_t getConfigId() const;
+    void* getUserData() const { return _userData; }              ///< as it was registered
+    unsigned getFlag() const { return _flag; }                   ///< as it was registered
+    void* getUnRegistHandle() const { return _unRegistHandle; }  ///< what `unRegistObserver` takes
+    std::int64_t getConfigId() const;                            ///< the identifier that is delivered
     /// The value: a word by value, or the address of a record.
     void* getData() const;
-    void* lastData() const;
+    void* lastData() const;  ///< the value before this one
     /// Event word of the delivery, `DisplayConfigFlag` bits.
     int getState() const;
 
@@ -179,9 +181,13 @@ private:
 /// Base of every object that observes the bus: its registrations end with it.
 class ZET_API DisplayConfigKit {
 public:
+    /// Observes `config`, which is not owned and must outlive the object.
     explicit DisplayConfigKit(DisplayConfig* config);
+    /// @{
+    /// Both name the same registrations from then on: whichever goes first ends them.
     DisplayConfigKit(const DisplayConfigKit& other);
     DisplayConfigKit& operator=(const DisplayConfigKit& other);
+    /// @}
     virtual ~DisplayConfigKit();
 
     /// Registers an observer that ends with this object, with no user data. Always 0.
@@ -191,8 +197,8 @@ protected:
     /// Ends all registrations in their order. Always 0.
     int unRegistAll();
 
-    std::vector<void*> _handles;
-    DisplayConfig* _config;
+    std::vector<void*> _handles;  ///< of the registrations, in their order
+    DisplayConfig* _config;       ///< the bus
 };
 
 }  // namespace zet

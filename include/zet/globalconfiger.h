@@ -21,7 +21,7 @@ struct MVConfigerBaseData {
 class ZET_API GlobalConfigObserver {
 public:
     virtual ~GlobalConfigObserver() = default;
-    virtual void GlobalConfigObserverUpdate(unsigned int, void*) {}
+    virtual void GlobalConfigObserverUpdate(unsigned int, void*) {}  ///< a setting has changed
 };
 
 /// The player-wide settings that `CreateZETDisplay` takes beside the bus. The player owns it and keeps it alive
@@ -42,19 +42,22 @@ public:
     void setFontPath(const std::string& path);
     /// Base time of the timestamp in a snapshot, milliseconds since 1970-01-01 UTC; 0 for no timestamp.
     void setStartTime4WaterMarker(std::int64_t milliseconds);
+    /// See `MVConfigerBaseData::rectZoom`.
     void setRectZoom(bool on);
+    /// Who hears of an error; an empty one for nobody.
     void setErrorCallback(const ErrorCallback& callback);
+    /// Kept for the player; the display module doesn't ask for it.
     void setPlayer(IZETMediaPlayer* player);
 
     // What the module asks.
 
     /// Path of the font file, never null. The characters stay valid until the same thread asks again.
     char* GetFontPath();
-    std::int64_t GetStartTime4WaterMarker();
-    MVConfigerBaseData& GetConfigBaseData();
+    std::int64_t GetStartTime4WaterMarker();  ///< as it was set; 0 at first
+    MVConfigerBaseData& GetConfigBaseData();  ///< may be read and changed while it is in use
     /// Hands an error to the player; 0 if the player listens, otherwise -1.
     int onErrorCallback(int code, const std::string& error, const std::string& file, int line);
-    std::recursive_mutex& getMutex();
+    std::recursive_mutex& getMutex();  ///< guards all but the base data
 
 private:
     std::recursive_mutex _mutex;

@@ -10,24 +10,24 @@ enum AiKind : int { AI_KIND_FACES = 1, AI_KIND_RECTS = 2 };
 
 /// One face of a frame. Rectangles are pixels of the picture, origin at its top left corner.
 struct FaceItem {
-    std::int32_t reserved = 0;
-    std::int32_t gender = 0;  ///< 0 female, anything else male
-    std::uint32_t age = 0;    ///< years
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    char name[32] = {};  ///< printable ASCII, NUL-terminated
+    std::int32_t reserved = 0;  ///< not read
+    std::int32_t gender = 0;    ///< 0 female, anything else male
+    std::uint32_t age = 0;      ///< years
+    std::int32_t x = 0;         ///< left edge
+    std::int32_t y = 0;         ///< top edge
+    std::int32_t width = 0;     ///< to the right
+    std::int32_t height = 0;    ///< downward
+    char name[32] = {};         ///< printable ASCII, NUL-terminated
 };
 static_assert(sizeof(FaceItem) == 60);
 
 /// One rectangle of a frame, in pixels of the picture, origin at its top left corner.
 struct RectItem {
-    std::int32_t x = 0;
-    std::int32_t y = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int32_t reserved = 0;
+    std::int32_t x = 0;         ///< left edge
+    std::int32_t y = 0;         ///< top edge
+    std::int32_t width = 0;     ///< to the right
+    std::int32_t height = 0;    ///< downward
+    std::int32_t reserved = 0;  ///< not read
 };
 static_assert(sizeof(RectItem) == 20);
 
@@ -37,12 +37,12 @@ static_assert(sizeof(RectItem) == 20);
 /// multiple of 4 and `uvLineSize` of 2, `height` even. A record that breaks this, lacks a plane or is larger than
 /// the GL allows is refused: the last picture stays.
 struct YUV420PData {
-    const std::uint8_t* y = nullptr;
-    const std::uint8_t* u = nullptr;
-    const std::uint8_t* v = nullptr;
-    int yLineSize = 0;   ///< bytes per line of `y`, at least `width`
-    int uvLineSize = 0;  ///< bytes per line of `u` and of `v`, at least half of `width`
-    int reserved = 0;
+    const std::uint8_t* y = nullptr;  ///< luma
+    const std::uint8_t* u = nullptr;  ///< blue difference, half the size both ways
+    const std::uint8_t* v = nullptr;  ///< red difference, half the size both ways
+    int yLineSize = 0;                ///< bytes per line of `y`, at least `width`
+    int uvLineSize = 0;               ///< bytes per line of `u` and of `v`, at least half of `width`
+    int reserved = 0;                 ///< not read
     int width = 0;                    ///< pixels
     int height = 0;                   ///< pixels
     int aiCount = 0;                  ///< items in `aiItems`, 0 for none
@@ -64,22 +64,22 @@ struct SnapData {
 
 /// Value of `DCFG_TOUCH_DOWN`, `DCFG_TOUCH_UP`, `DCFG_DOUBLE_TAP`: surface pixels, origin at the top left corner.
 struct TouchPoint {
-    float x = 0;
-    float y = 0;
+    float x = 0;  ///< to the right
+    float y = 0;  ///< downward
 };
 
 /// Value of `DCFG_DRAG`: from the first point to the second.
 struct DragPoints {
-    float x1 = 0;
-    float y1 = 0;
-    float x2 = 0;
-    float y2 = 0;
+    float x1 = 0;  ///< from here, to the right
+    float y1 = 0;  ///< downward
+    float x2 = 0;  ///< to here, to the right
+    float y2 = 0;  ///< downward
 };
 
 /// Value of `DCFG_FLING`: how fast the finger left, surface pixels per second.
 struct Fling {
-    float vx = 0;
-    float vy = 0;
+    float vx = 0;  ///< to the right
+    float vy = 0;  ///< downward
 };
 
 /// Value of `DCFG_AUTO_ROTATE`.
@@ -90,22 +90,22 @@ struct AutoRotate {
 
 /// Value of `DCFG_SCENE_BACKDROP`: two truth values.
 struct SceneBackdrop {
-    std::int32_t backdrop = 0;
-    std::int32_t stars = 0;
+    std::int32_t backdrop = 0;  ///< the halo
+    std::int32_t stars = 0;     ///< the stars
 };
 
 /// Value of `DCFG_LENS_PARAM`: radial and tangential distortion after D. C. Brown, "Decentering distortion of
 /// lenses" (1966), in texture coordinates (0 to 1, origin at the top left corner), and margins of the picture.
 struct LensParam {
-    double k1 = 0;  ///< radial; 0 switches the correction off, the margins stay
-    double k2 = 0;
-    double k3 = 0;
-    double p1 = 0;  ///< tangential
-    double p2 = 0;
-    double fx = 1;  ///< focal length
-    double fy = 1;
-    double ox = 0.5;  ///< optical centre
-    double oy = 0.5;
+    double k1 = 0;            ///< radial; 0 switches the correction off, the margins stay
+    double k2 = 0;            ///< radial, fourth power
+    double k3 = 0;            ///< radial, sixth power
+    double p1 = 0;            ///< tangential, down the picture
+    double p2 = 0;            ///< tangential, across the picture
+    double fx = 1;            ///< focal length across
+    double fy = 1;            ///< focal length down
+    double ox = 0.5;          ///< optical centre across
+    double oy = 0.5;          ///< optical centre down
     double bottomMargin = 0;  ///< added to the bottom edge, 1
     double leftMargin = 0;    ///< added to the left edge, 0
     double topMargin = 0;     ///< added to the top edge, 0
@@ -115,10 +115,10 @@ static_assert(sizeof(LensParam) == 104);
 
 /// Head of the value of `DCFG_OVERLAY_IMAGE`, the path follows: shares of the picture, origin at its top left corner.
 struct OverlayRect {
-    float x = 0;
-    float y = 0;
-    float width = 0;
-    float height = 0;
+    float x = 0;       ///< left edge
+    float y = 0;       ///< top edge
+    float width = 0;   ///< to the right
+    float height = 0;  ///< downward
 };
 
 /// Option bits of `DCFG_FACE_OPTION`.

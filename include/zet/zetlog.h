@@ -12,12 +12,13 @@ enum class LogLevel : int { off = 0, all = 7 };
 /// The process-wide log of the module: plain traces as well as errors. Any thread.
 class ZET_API ZETLog {
 public:
+    /// Takes one line, which is gone after the call.
     using Sink = void (*)(LogLevel level, const char* line);
 
-    static ZETLog& instance();
+    static ZETLog& instance();  ///< the one of the process
 
     /// Where lines go from now on; null, the default, drops them. The sink is called on the thread that logs, with a
-    /// line of at most 1023 bytes, and must not call the module.
+    /// line of at most 8191 bytes, and must not call the module.
     void setSink(Sink sink);
 
     /// Writes one line, printf-style.

@@ -19,7 +19,7 @@ void ZETLog::setSink(Sink sink) {
 void ZETLog::error(const char* format, ...) {
     const Sink sink = _sink;
     if (!sink) return;
-    char line[1024];
+    char line[8192];
     va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);

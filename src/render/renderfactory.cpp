@@ -6,6 +6,8 @@
 #include "views/halfsphererender.h"
 #include "views/multiviewmaprender.h"
 #include "views/multiviewrender.h"
+#include "views/walloneview180render.h"
+#include "views/walloneviewrender.h"
 #include "views/wallthreeviewrender.h"
 #include "views/walltwoviewrender.h"
 
@@ -54,6 +56,10 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
             return make<WallThreeViewRender>(config, touchScale, display);
         case 8:
             return make<WallTwoViewRender>(config, touchScale, display);
+        case 9:
+            return make<WallOneViewRender>(config, touchScale, display);
+        case 10:
+            return make<WallOneView180Render>(config, touchScale, display);
         default:
             return nullptr;
     }

@@ -18,7 +18,7 @@ constexpr float basePan[] = {180.0f, 270.0f, 0.0f, 90.0f};  // degrees: the four
 
 constexpr float elevationPerTilt = 10.0f;        // degrees
 constexpr float autoRotateStep = 0.0432692356f;  // degrees at speed 1
-constexpr float dragSensitivity = 0.1125f;       // degrees a pixel, in an enlarged pane
+constexpr float dragSensitivity = 0.112500004f;  // degrees a pixel, in an enlarged pane; one bit above 0.1125
 constexpr float tiltPart = 0.2f;                 // of that, in units of tilt
 constexpr float flingRight = 6.075f;             // degrees for a thousand pixels a frame
 constexpr float flingLeft = 4.86f;

@@ -187,7 +187,7 @@ TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
     shown(Frame(64, 64, red));
     drawOut();
     std::vector<std::chrono::steady_clock::time_point> draws;
-    beforeSwap([&] { draws.push_back(std::chrono::steady_clock::now()); });
+    const SwapHook hook([&] { draws.push_back(std::chrono::steady_clock::now()); });
     const Frame frame(64, 64, blue);
     const auto countAfter = [&](auto set) {
         const int before = eglCalls(EglCall::swapBuffers);
@@ -207,20 +207,6 @@ TEST_F(DisplayGl, drawsThirtyTimesForARequestAndOnceForAFrameAtItsPace) {
     stop();
 }
 
-TEST_F(DisplayGl, runsATaskThatInterruptsTheDrawsPause) {
-    start(64, 64);
-    drawOut();
-    // 29 times the draw's turn is passed on to a task. Each costs a step of the count, and no time.
-    const int before = eglCalls(EglCall::swapBuffers);
-    bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
-    ASSERT_TRUE(waitForSwaps(1));
-    const auto begin = std::chrono::steady_clock::now();
-    for (int i = 0; i < 25; ++i) bus.setConfig(DCFG_CLEAR_COLOR, i);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(25 * 17));
-    std::this_thread::sleep_for(std::chrono::milliseconds(200));
-    EXPECT_LT(eglCalls(EglCall::swapBuffers) - before, 25);
-}
-
 TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     start();
     const Frame frame(64, 64, red);
@@ -235,7 +221,7 @@ TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     EXPECT_EQ(log.count("~Render _program"), 1) << "the same handle rebuilds the view";
     EXPECT_EQ(log.count("Texture::clear"), 2);
     EXPECT_EQ(log.count("eglDestroySurface 1"), 1);
-    redraw();  // without a picture
+    redraw();                                      // without a picture
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);  // undrawn, and gone with its window
     bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
     expectShown(shown(frame), red, "again");

@@ -244,7 +244,7 @@ TEST_F(OverlayGl, labelsAllocateNothingPerFrame) {
     begin();
     std::vector<FaceItem> ten;
     for (int i = 0; i < 10; ++i) ten.push_back(makeFace(i % 2, 30, 50 * i, 40 * i, 60, 60, "longer than 15 letters"));
-    beforeSwap(countAllocations);
+    const SwapHook hook(countAllocations);
     for (int i = 0; i < 5; ++i) showFaces(ten);
     const int grown = allocations();
     for (int i = 0; i < 20; ++i) showFaces(ten);

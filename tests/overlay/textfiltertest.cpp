@@ -128,6 +128,7 @@ TEST_F(TextFilterTest, TakesTheFontUnderAnyName) {
 TEST_F(TextFilterTest, LeavesThePictureWholeAndSaysWhy) {
     const std::string noFont = (_folder / "text").string();
     std::ofstream(noFont) << "no font";
+    const std::string noPath(3900, 'x');
     const std::string tail = ":fontcolor=white:x=0:y=4:text='2023-11-14 17\\:13\\:20' \r\n";
     const struct {
         const char* name;
@@ -140,6 +141,11 @@ TEST_F(TextFilterTest, LeavesThePictureWholeAndSaysWhy) {
          640,
          rgba,
          {"filterData init error filtersDescr: drawtext=fontsize=18:fontfile='/no/fo\\:nt'" + tail}},
+        {"no such file, under a name that fills the line",
+         noPath,
+         640,
+         rgba,
+         {"filterData init error filtersDescr: drawtext=fontsize=18:fontfile='" + noPath + "'" + tail}},
         {"no font",
          noFont,
          640,

@@ -141,56 +141,6 @@ TEST_F(RenderOffscreenTest, StretchesTheRectangleToTheFrame) {
     });
 }
 
-TEST_F(RenderOffscreenTest, ReadsTheFrameBottomRowFirst) {
-    withView([](BareView& view) {
-        const Frame frame = sharpFrame(96);
-        UploadedFrame uploaded(frame);
-        Texture& texture = uploaded.texture;
-        Pixels read(96, 64);
-        ASSERT_EQ(view.readTexture(texture, read.bytes.data(), read.size(), 96, 64), 0);
-        for (int y = 0; y < 64; ++y) {
-            for (int x = 0; x < 96; ++x) {
-                const Color expected = frame.sample((x + 0.5) / 96, (63 - y + 0.5) / 64);
-                ASSERT_TRUE(near(read.at(x, y), expected, samplingTolerance)) << x << ' ' << y;
-            }
-        }
-        EXPECT_EQ(texture.textureSize, 2);
-        EXPECT_EQ(texture.current, texture.textures);
-        GLint frameBuffer = -1;
-        glGetIntegerv(GL_FRAMEBUFFER_BINDING, &frameBuffer);
-        EXPECT_EQ(frameBuffer, 0);
-    });
-}
-
-TEST_F(RenderOffscreenTest, ReadsTheLastViewportOfTheWindow) {
-    withView([](BareView& view) {
-        glClearColor(1, 0, 0, 1);
-        glClear(GL_COLOR_BUFFER_BIT);
-        glEnable(GL_SCISSOR_TEST);
-        glScissor(20, 10, 16, 8);
-        glClearColor(0, 1, 0, 1);
-        glClear(GL_COLOR_BUFFER_BIT);
-        glDisable(GL_SCISSOR_TEST);
-
-        Pixels read(18, 9);
-        int width = -1;
-        int height = -1;
-        EXPECT_EQ(view.readScreen(read.bytes.data(), read.size(), &width, &height), -1);  // nothing drawn yet
-        EXPECT_EQ(width, -1);
-        view.lookAt(19, 9, 18, 9);
-        ASSERT_EQ(view.readScreen(read.bytes.data(), read.size(), &width, &height), 0);
-        EXPECT_EQ(width, 18);
-        EXPECT_EQ(height, 9);
-        for (int y = 0; y < 9; ++y) {
-            for (int x = 0; x < 18; ++x) {
-                const bool green = x >= 1 && x < 17 && y >= 1;
-                const Color expected = green ? Color{0, 255, 0} : Color{255, 0, 0};
-                ASSERT_TRUE(near(read.at(x, y), expected, 0)) << x << ' ' << y;
-            }
-        }
-    });
-}
-
 TEST_F(RenderOffscreenTest, RefusesWhatDoesNotHoldThePicture) {
     constexpr int wholeSize = 96 * 64 * 4;
     const struct {
@@ -232,39 +182,6 @@ TEST_F(RenderOffscreenTest, RefusesWhatDoesNotHoldThePicture) {
         int size = 0;
         EXPECT_EQ(view.readTexture(uploaded.texture, nullptr, wholeSize, 96, 64), -1);
         EXPECT_EQ(view.readScreen(nullptr, wholeSize, &size, &size), -1);
-    });
-}
-
-TEST_F(RenderOffscreenTest, LeavesTheFrameAloneWhereNoProgramBuilds) {
-    start();  // no window: without a context every GL call fails
-    BareView view(&bus, 1.0f, dynamic_cast<Display*>(display.get()));
-    Texture texture;
-    texture.textureSize = 2;
-    const CropParam crop{10, 10, 20, 20};
-    std::uint8_t pixel[4] = {};
-    EXPECT_EQ(view.cropTexture(texture, 60, 40, &crop), -1);
-    EXPECT_EQ(texture.textureSize, 2);
-    EXPECT_EQ(texture.current, texture.textures);
-    EXPECT_EQ(view.readTexture(texture, pixel, sizeof pixel, 1, 1), -1);
-}
-
-TEST_F(RenderOffscreenTest, TakesItsObjectsAlong) {
-    start(60, 40);
-    auto& owner = dynamic_cast<Display&>(*display);
-    owner.postTask([&] {
-        UploadedFrame uploaded(sharpFrame(96));
-        auto view = std::make_unique<BareView>(&bus, 1.0f, &owner);
-        const CropParam crop{10, 10, 20, 20};
-        view->cropTexture(uploaded.texture, 96, 64, &crop);
-        const GLuint picture = uploaded.texture.cropTextures[0];
-        EXPECT_TRUE(glIsTexture(picture));
-        const CallLog log;
-        view.reset();
-        EXPECT_FALSE(glIsTexture(picture));
-        const std::vector<std::string> expected{"~Render", "~Render _textureProgram", "~Render _readerTexture",
-                                                "~Render _textureFrameBuffer"};
-        EXPECT_EQ(log.lines(), expected);
-        return 0;
     });
 }
 

@@ -21,6 +21,7 @@ Wrapped wrapped[static_cast<int>(EglCall::swapBuffers) + 1];
 std::mutex swapMutex;
 std::condition_variable swapped;
 int swapsEnded = 0;
+std::mutex hookMutex;  // held while the hook runs
 std::function<void()> swapHook;
 
 Wrapped& of(EglCall call) {
@@ -33,12 +34,13 @@ bool fails(EglCall call) {
 }
 
 void runSwapHook() {
-    std::function<void()> hook;
-    {
-        const std::lock_guard lock(swapMutex);
-        hook = swapHook;
-    }
-    if (hook) hook();
+    const std::lock_guard lock(hookMutex);
+    if (swapHook) swapHook();
+}
+
+void setSwapHook(const std::function<void()>& hook) {
+    const std::lock_guard lock(hookMutex);
+    swapHook = hook;
 }
 
 void noteSwap() {
@@ -62,12 +64,14 @@ void resetEgl() {
         one.fails = false;
         one.calls = 0;
     }
-    beforeSwap(nullptr);
 }
 
-void beforeSwap(const std::function<void()>& hook) {
-    const std::lock_guard lock(swapMutex);
-    swapHook = hook;
+SwapHook::SwapHook(const std::function<void()>& function) {
+    setSwapHook(function);
+}
+
+SwapHook::~SwapHook() {
+    setSwapHook(nullptr);
 }
 
 std::mutex& connecting() {

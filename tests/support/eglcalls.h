@@ -24,12 +24,19 @@ enum class EglCall {
 int eglCalls(EglCall call);
 /// Calls from now on fail without reaching EGL, until `resetEgl`.
 void failEgl(EglCall call);
-/// Nothing fails, counts are 0, no hook.
+/// Nothing fails, counts are 0.
 void resetEgl();
 /// Held while EGL connects to the X server: libXau, which both sides use for it, is not for two threads at a time.
 std::mutex& connecting();
-/// Runs on the render thread before each swap, with the context current and the display's lock held.
-void beforeSwap(const std::function<void()>& hook);
+/// Runs a function on the render thread before each swap, with the context current and the display's lock held, until
+/// the hook goes. To be declared behind what the function uses: it doesn't run any longer then.
+class SwapHook {
+public:
+    explicit SwapHook(const std::function<void()>& function);
+    ~SwapHook();
+    SwapHook(const SwapHook&) = delete;
+    SwapHook& operator=(const SwapHook&) = delete;
+};
 /// Waits until `count` further swaps have ended; false after 10 s. All displays count.
 bool waitForSwaps(int count);
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 
 #include "support/displaytest.h"
 #include "views/lenspicture.h"
@@ -12,8 +13,7 @@ namespace zet::test {
 
 /// A view that stands in panes, pixel by pixel against rays that the test casts itself through a scene of its own.
 struct PanesGl : DisplayTest {
-    static constexpr double tolerance = 4;  // of 255: 8-bit planes, half the chroma, cells of 2.7 degrees for a dome
-    static constexpr int stride = 3;        // of the pixels that are looked at
+    static constexpr int stride = 3;  // of the pixels that are looked at
 
     struct Rect {
         int x, y, width, height;  // from the top left corner
@@ -21,11 +21,8 @@ struct PanesGl : DisplayTest {
 
     /// The colour of the scene at a picture radius and the dome's angle clockwise from the top.
     static Color colorAt(double radius, double azimuth) { return toColor(sceneColor(lensDirection(radius, azimuth))); }
-    /// The direction that stands at a place of a dome with an even radius and the bottom of the lens circle at angle 0.
-    static Vec evenDirection(const DomeAngles& place) {
-        return lensDirection(0.998 * (1 - place.b / 90), place.a + 180);
-    }
-    static Color evenColor(const DomeAngles& place) { return toColor(sceneColor(evenDirection(place))); }
+    /// At a place of a dome with an even radius and the bottom of the lens circle at angle 0.
+    static Color evenColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
 
     void startView(int mode, int width, int height) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
@@ -58,8 +55,8 @@ struct PanesGl : DisplayTest {
 
     /// A pane that shows the even dome through `camera`.
     void compareDome(const Picture& picture, const Rect& rect, const DomeCamera& camera, const std::string& what,
-                     Color (*colorOf)(const DomeAngles&) = evenColor) {
-        compare(picture, rect, what, [&camera, colorOf](double x, double y, Color& wanted) {
+                     const std::function<Color(const DomeAngles&)>& colorOf = evenColor) {
+        compare(picture, rect, what, [&camera, &colorOf](double x, double y, Color& wanted) {
             const DomeAngles place = camera.at(x, y);
             if (std::fabs(place.b) < 1 || place.b > 86) return false;  // the rim's edge; narrow cells at the pole
             wanted = place.b > 0 ? colorOf(place) : Color{};
@@ -99,9 +96,11 @@ struct PanesGl : DisplayTest {
         return requests;
     }
 
-    /// Draws, and finds nothing enabled that the next view could stumble over, and no error.
-    void expectNothingLeftOn() {
-        beforeSwap([this] {
+    /// Draws, and finds nothing enabled that the next view could stumble over, and no error. `depthTest` is how the
+    /// view has to leave that.
+    void expectNothingLeftOn(bool depthTest = false) {
+        leftOn = 0;
+        const SwapHook hook([this, depthTest] {
             GLint attributes = 0;
             glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
             for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
@@ -109,13 +108,14 @@ struct PanesGl : DisplayTest {
                 glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
                 leftOn += enabled;
             }
-            leftOn += glIsEnabled(GL_DEPTH_TEST) + glIsEnabled(GL_BLEND);
+            leftOn += (glIsEnabled(GL_DEPTH_TEST) != depthTest) + glIsEnabled(GL_BLEND);
             leftOn += glGetError() != GL_NO_ERROR;
         });
         redraw();
         EXPECT_EQ(leftOn, 0);
     }
 
+    double tolerance = 4;  // of 255: 8-bit planes, half the chroma, cells of 2.7 degrees for a dome
     const Frame frame = lensFrame(512);
     std::atomic<int> leftOn = 0;
 };

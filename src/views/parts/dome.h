@@ -31,8 +31,8 @@ struct Dome {
     int _vertexCount = 0;
 
     static constexpr float _radius = 6.0f;
-    static constexpr float _angleSpan = 3.14159f;                                // pi as the mesh uses it
-    static constexpr float _angleStep = static_cast<float>(_angleSpan * 0.015);  // angular size of a cell, radians
+    static constexpr float _angleSpan = 3.14159f;             // pi as the mesh uses it
+    static constexpr float _angleStep = _angleSpan * 0.015f;  // angular size of a cell, radians
 };
 
 Dome makeDome(const DomeRule& rule);

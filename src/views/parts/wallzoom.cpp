@@ -1,0 +1,212 @@
+#include "views/parts/wallzoom.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "views/parts/angles.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+// Degrees and dome units.
+constexpr float flightStep = 0.05f;       // a frame
+constexpr double sweepApproach = 0.05;    // a frame
+constexpr double sweepTurn = 0.2;         // a frame
+constexpr float sweepCloseMargin = 0.2f;  // as `closeMargin`, for the sweep's approach
+constexpr float lockedPart = 0.95f;       // of farEyeZ: from there on the camera can't turn
+constexpr float farSlack = 0.0001f;       // sums of steps don't meet the end exactly
+constexpr float levelSlack = 0.001f;
+constexpr double dragSensitivity = 0.075;  // a pixel
+constexpr float flingTurn = 0.40500003f;   // for a thousand pixels a second, in each frame; one bit above 0.405
+
+// Stores a number only where a bound changes it: a gesture may be storing another just now.
+void hold(Relaxed<float>& number, float least, float most) {
+    const float loose = number;
+    const float held = std::clamp(loose, least, most);
+    if (held != loose) number = held;
+}
+
+// What is left of an angle one even step further on its way to 0.
+float steppedToZero(float angle, float step) {
+    return std::fabs(angle) > std::fabs(step) ? angle - step : 0.0f;
+}
+
+}  // namespace
+
+WallZoom::Phase WallZoom::phase() const {
+    if (_wantClose) return _atWide ? Phase::FlyingIn : Phase::CloseRest;
+    return _atWide ? Phase::WideRest : Phase::FlyingOut;
+}
+
+void WallZoom::step() {
+    if (_autoRotate) stepSweep();
+    switch (phase()) {
+        case Phase::WideRest:
+        case Phase::CloseRest:
+            stepByHand();
+            break;
+        case Phase::FlyingIn:
+            if (stepFlightIn()) _atWide = false;
+            clampView();
+            break;
+        case Phase::FlyingOut:
+            if (stepFlightOut()) _atWide = true;
+            clampView();
+            break;
+    }
+    updateCoefficients();
+}
+
+void WallZoom::stepByHand() {
+    clampView();  // by where the camera stood
+    const float target = _targetEyeZ;
+    _eyeZ = std::clamp(target, _settings.nearEyeZ, _settings.farEyeZ);  // a pinch may have come since
+    const float back = _eyeZ - _previousEyeZ;
+    const float wayLeft = _settings.farEyeZ - _eyeZ;
+    if (back > 0.0f && wayLeft > 1e-7f) {
+        _pitch -= _pitch * back / wayLeft;
+        _yaw -= _yaw * back / wayLeft;
+    }
+    if (isFar()) {
+        _pitch = 0.0f;
+        _yaw = 0.0f;
+    }
+    _previousEyeZ = _eyeZ;
+    const bool close = _eyeZ < _settings.farEyeZ - _settings.closeMargin;
+    if (_flightBusy) {
+        // A double tap calls the flight in back. One that has come close already goes on.
+        _wantClose = close;
+        _atWide = close;
+        if (!close) _flightStarted = false;
+    } else if (_atWide == close) {
+        rest(close);  // only a crossing is stored: a tap that came since stands
+    }
+}
+
+bool WallZoom::stepFlightIn() {
+    if (_eyeZ < _settings.nearEyeZ + flightStep) {
+        _flightBusy = false;
+        _flightStarted = false;
+        return true;
+    }
+    _eyeZ -= flightStep;
+    _targetEyeZ = _eyeZ;
+    _flightBusy = true;
+    _flightStarted = true;
+    return false;
+}
+
+bool WallZoom::stepFlightOut() {
+    if (isFar() && std::fabs(_pitch) < levelSlack && std::fabs(_yaw) < levelSlack) {
+        _flightStarted = false;
+        _flightBusy = false;
+        return true;
+    }
+    if (!_flightStarted) {
+        _flightPitch = _pitch;
+        _flightYaw = _yaw;
+        _flightSpan = _settings.farEyeZ - _eyeZ;
+        _flightStarted = true;
+        return false;
+    }
+    _eyeZ = std::min(_eyeZ + flightStep, _settings.farEyeZ);
+    _targetEyeZ = _eyeZ;
+    _yaw = steppedToZero(_yaw, _flightYaw * flightStep / _flightSpan);
+    _pitch = steppedToZero(_pitch, _flightPitch * flightStep / _flightSpan);
+    _flightBusy = true;
+    return false;
+}
+
+void WallZoom::stepSweep() {
+    const float limit = _settings.yawLimitMax;
+    _yaw = clampBothWays(_yaw, limit);
+    if (_eyeZ > _settings.nearEyeZ) {
+        if (_flightBusy) {
+            _flightBusy = false;
+            _flightStarted = false;
+        }
+        _eyeZ = std::max(static_cast<float>(_eyeZ - sweepApproach), _settings.nearEyeZ);
+        rest(_eyeZ < _settings.farEyeZ - sweepCloseMargin);
+        _targetEyeZ = _eyeZ;
+        return;
+    }
+    const auto yaw = static_cast<float>(_yaw + _sweepDirection * sweepTurn);
+    if (yaw >= limit) _sweepDirection = -1;
+    if (yaw <= -limit) _sweepDirection = 1;
+    _yaw = clampBothWays(yaw, limit);
+}
+
+void WallZoom::clampView() {
+    hold(_targetEyeZ, _settings.nearEyeZ, _settings.farEyeZ);
+    const float top = _settings.farEyeZ * lockedPart;
+    const float out = (_eyeZ - _settings.nearEyeZ) / (top - _settings.nearEyeZ);
+    const double share = 1.0 - std::clamp(out, 0.0f, 1.0f);
+    // Full at the near end and 0 from the top on, along a quarter of a cosine.
+    const auto part = static_cast<float>(1.0 - std::cos(share * 3.1415926 * 0.5));
+    _pitchLimit = _settings.pitchLimitMax * part;
+    _yawLimit = _settings.yawLimitMax * part;
+    hold(_pitch, -_pitchLimit, _pitchLimit);
+    hold(_yaw, -_yawLimit, _yawLimit);
+}
+
+void WallZoom::updateCoefficients() {
+    const float k = 1.0f - (_eyeZ - _settings.nearEyeZ) / (_settings.farEyeZ - _settings.nearEyeZ);
+    const auto between = [k](float far, float near) { return (near - far) * k + far; };
+    const DomeCoff& far = _settings.coffFar;
+    const DomeCoff& near = _settings.coffNear;
+    _coff = {between(far.x, near.x), between(far.y, near.y), between(far.z, near.z)};
+}
+
+void WallZoom::updateCamera(MatrixState& matrices) const {
+    lookAlongAxis(matrices, _eyeZ);
+    matrixRotate(matrices._modelMatrix, 180, 0, 0, 1);
+    matrices.rotateView(-_pitch, 1, 0, 0);
+    matrices.rotateView(-_yaw, 0, 1, 0);
+}
+
+bool WallZoom::isFar() const {
+    return _eyeZ >= _settings.farEyeZ - farSlack;
+}
+
+void WallZoom::rest(bool close) {
+    _wantClose = close;
+    _atWide = !close;
+}
+
+void WallZoom::pinch(float factor) {
+    _autoRotate = false;
+    if (!_size._sized) return;
+    _targetEyeZ += factor > 1.0f ? -_settings.pinchStep : _settings.pinchStep;
+}
+
+void WallZoom::doubleTap() {
+    _autoRotate = false;
+    if (!_size._sized) return;
+    const bool wantClose = _wantClose;
+    if (_flightBusy && !(wantClose && _settings.tapRecallsFlight)) return;
+    _wantClose = !wantClose;
+}
+
+void WallZoom::drag(float x1, float y1, float x2, float y2) {
+    _autoRotate = false;
+    if (!_size._sized) return;
+    const auto width = static_cast<float>(_size._lastWidth);
+    const auto height = static_cast<float>(_size._lastHeight);
+    if (!(x2 > 0.0f && x2 <= width && y2 > 0.0f && y2 <= height)) return;
+    _pitch = heldSum(_pitch, (y2 - y1) * -dragSensitivity);
+    _yaw = heldSum(_yaw, (x2 - x1) * -dragSensitivity);
+}
+
+void WallZoom::setAutoRotate(bool on, float speed) {
+    _autoRotate = on;
+    _autoRotateSpeed = speed;
+}
+
+void WallZoom::fling(float velocityX) {
+    _autoRotate = false;
+    if (!_size._sized) return;
+    _yaw = heldSum(_yaw, -velocityX * flingTurn / 1000.0f);
+}
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "config/relaxed.h"
+#include "render/matrix.h"
+#include "views/parts/camera.h"
+
+namespace zet::ZETShow {
+
+/// Factors on the dome's three axes.
+struct DomeCoff {
+    float x;
+    float y;
+    float z;
+};
+
+/// What tells the two one-pane wall views apart. Degrees and dome units.
+struct WallZoomSettings {
+    float farEyeZ;      // camera of the wide rest
+    float nearEyeZ;     // and the closest one
+    float closeMargin;  // pinched further in than this from farEyeZ, the view rests close
+    float pinchStep;    // of the camera, whatever the size of the pinch
+    float yawLimitMax;  // turns to either side at nearEyeZ
+    float pitchLimitMax;
+    bool tapRecallsFlight;  // a double tap calls back a flight in that has just begun; otherwise flights hear no tap
+    DomeCoff coffFar;
+    DomeCoff coffNear;
+};
+
+inline constexpr WallZoomSettings wallOneZoom = {
+    .farEyeZ = 6.0f,
+    .nearEyeZ = 3.0f,
+    .closeMargin = 0.2f,
+    .pinchStep = 0.115425f,
+    .yawLimitMax = 32.0f,
+    .pitchLimitMax = 26.0f,
+    .tapRecallsFlight = false,
+    .coffFar = {1.0f, 1.0f, 1.25f},
+    .coffNear = {1.05f, 1.0f, 0.7f},
+};
+
+inline constexpr WallZoomSettings wallOne180Zoom = {
+    .farEyeZ = 6.4f,
+    .nearEyeZ = -0.8f,
+    .closeMargin = 0.5f,
+    .pinchStep = 0.029925f,
+    .yawLimitMax = 60.0f,
+    .pitchLimitMax = 32.0f,
+    .tapRecallsFlight = true,
+    .coffFar = {1.0f, 1.0f, 0.0f},
+    .coffNear = {1.05f, 1.0f, 0.8f},
+};
+
+/// A camera on the axis of a dome that rests far out, where it can't turn, or close, where it can, and flies between
+/// the two. Gestures and frames change its numbers, the view draws them. Touch coordinates are surface pixels, origin
+/// at the top left corner; before the first layout gestures do nothing but stop the sweep.
+struct WallZoom {
+    enum class Phase { WideRest, FlyingIn, CloseRest, FlyingOut };
+
+    explicit WallZoom(const WallZoomSettings& settings) : _settings(settings) {}
+
+    // Setter's thread.
+    void touch() { _autoRotate = false; }
+    /// One step nearer for a factor above 1, otherwise one step back.
+    void pinch(float factor);
+    /// Flies to the other rest.
+    void doubleTap();
+    /// Turns the camera if the second point lies on the surface.
+    void drag(float x1, float y1, float x2, float y2);
+    /// Comes close and sweeps from side to side.
+    void setAutoRotate(bool on, float speed);
+
+    // Render thread.
+    /// One frame of inertia, surface pixels a second.
+    void fling(float velocityX);
+    /// One frame: the sweep, the flight or what pinches ask for; then the dome's coefficients.
+    void step();
+    /// Holds yaw and pitch within what the camera's distance allows, and the pinched distance within its range.
+    void clampView();
+    /// The camera into the view matrix; the dome, turned by a half circle, into the model matrix.
+    void updateCamera(MatrixState& matrices) const;
+    Phase phase() const;
+
+    const WallZoomSettings _settings;
+
+    // Gestures and frames.
+    SurfaceSize _size;
+    Relaxed<float> _yaw = 0.0f;    // way round the dome's middle, degrees; more looks further to the right
+    Relaxed<float> _pitch = 0.0f;  // and further down
+    Relaxed<float> _targetEyeZ = _settings.farEyeZ;
+    Relaxed<bool> _wantClose = false;
+    Relaxed<bool> _flightBusy = false;  // a flight moves the camera
+    Relaxed<bool> _autoRotate = false;
+    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the sweep has one speed
+
+    // Render thread.
+    float _eyeZ = _settings.farEyeZ;
+    float _previousEyeZ = _settings.farEyeZ;  // of the last frame without a flight
+    bool _atWide = false;                     // where the view rests or rested last; at first it flies out on the spot
+    bool _flightStarted = false;
+    float _flightSpan = 0.0f;  // what a flight out began with: the way ahead, and the turns
+    float _flightYaw = 0.0f;
+    float _flightPitch = 0.0f;
+    int _sweepDirection = -1;
+
+    // Worked out each frame. Render thread.
+    float _yawLimit = 0.0f;  // degrees
+    float _pitchLimit = 0.0f;
+    DomeCoff _coff = _settings.coffFar;
+
+private:
+    bool isFar() const;
+    void rest(bool close);
+    void stepByHand();
+    bool stepFlightIn();
+    bool stepFlightOut();
+    void stepSweep();
+    void updateCoefficients();
+};
+
+}  // namespace zet::ZETShow

@@ -1,0 +1,149 @@
+// What a person sees: from far, the frame as it is, flat and upright in the middle of a black surface, its left and
+// right rounded off by an ellipse. As the camera comes nearer, by a double tap or by pinches, the picture bends into a
+// dome, and in the end the camera stands inside it and looks about. A lifted finger lets the view creep back towards
+// the middle; by itself it can sweep from side to side.
+
+#include "views/walloneview180render.h"
+
+#include <cmath>
+#include <string>
+
+#include "render/program.h"
+#include "render/shaderpieces.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+const char* const vertexStage = R"(
+attribute vec4 a_position;
+attribute vec2 a_texCoord;
+uniform mat4 u_mapMatrix;
+uniform float xCoff;
+uniform float yCoff;
+uniform float zCoff;
+varying vec2 v_texCoord;
+void main() {
+    vec3 tmpPosition = a_position.xyz * vec3(xCoff, yCoff, zCoff);
+    gl_Position = u_mapMatrix * vec4(tmpPosition, 1.0);
+    v_texCoord = a_texCoord;
+}
+)";
+
+// On the dome, which is drawn turned by a half circle, t grows downward as in the frame, but s grows towards the left.
+// The ellipse cuts off the frame's left and right edges and its corners.
+const char* const mainStep = R"(
+void main() {
+    vec2 tmpcoord = vec2(1.0 - v_texCoord.s, v_texCoord.t);
+    float ds = tmpcoord.s - 0.5;
+    float dt = tmpcoord.t - 0.5;
+    float rad = sqrt(ds * ds / 0.079102 + dt * dt / 0.25);
+    bool outside = abs(ds) >= 0.5 || abs(dt) >= 0.5 || rad > 1.6 * 1.05;
+    gl_FragColor = vec4(outside ? vec3(0.0) : samplePicture(tmpcoord).rgb, 1.0);
+}
+)";
+
+constexpr float nearPlane = 1.0f;
+constexpr float farPlane = 30.0f;
+constexpr float frameStretch = 1.6f;  // the frame is this much wider than high on the dome
+
+// The frame laid on the dome straight along its axis.
+DomePoint underFlatFrame(double a, double b) {
+    const auto r = static_cast<float>(std::cos(b));
+    const float stretched = frameStretch * r;
+    DomePoint point = onSphere(a, b);
+    point.texCoord[0] = static_cast<float>((1.0 - r * std::sin(a)) * 0.5);
+    point.texCoord[1] = static_cast<float>((1.0 - stretched * std::cos(a)) * 0.5);
+    return point;
+}
+
+}  // namespace
+
+WallOneView180Render::WallOneView180Render(DisplayConfig* config, float touchScale, Display* display)
+    : Render(config, touchScale, display) {}
+
+int WallOneView180Render::init() {
+    _dome = makeDome(underFlatFrame);
+    const int created = createProgram();
+    _ready = created == 0;
+    glClearColor(0, 0, 0, 1);
+    glDisable(GL_DEPTH_TEST);
+    return created;
+}
+
+int WallOneView180Render::createProgram() {
+    const std::string fragmentStage =
+        std::string("precision highp float;\n") + frameDeclarations + yuvSampling + mainStep;
+    _program = buildProgram(vertexStage, fragmentStage.c_str());
+    if (_program == 0) return -1;
+    fetchProgramLocations();
+    _xCoffLoc = glGetUniformLocation(_program, "xCoff");
+    _yCoffLoc = glGetUniformLocation(_program, "yCoff");
+    _zCoffLoc = glGetUniformLocation(_program, "zCoff");
+    return _xCoffLoc >= 0 && _yCoffLoc >= 0 && _zCoffLoc >= 0 ? 0 : -1;
+}
+
+int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+    if (!_ready) return -1;
+    SurfaceSize& size = _motion._zoom._size;
+    if (size.changeTo(surfaceWidth, surfaceHeight)) {
+        setFrustumByAspect(_matrixState, size.aspect(), nearPlane, farPlane);
+    }
+    if (!size._sized) return -1;
+    glClear(GL_COLOR_BUFFER_BIT);
+    draw(texture);
+    return 0;
+}
+
+void WallOneView180Render::draw(Texture& texture) {
+    _motion.step();
+    const WallZoom& zoom = _motion._zoom;
+    _viewport = {0, 0, zoom._size._lastWidth, zoom._size._lastHeight};
+    glViewport(_viewport.x, _viewport.y, _viewport.width, _viewport.height);
+    matrixIdentity(_matrixState._modelMatrix);
+    _matrixState.pushMatrix();
+    zoom.updateCamera(_matrixState);
+    glUseProgram(_program);
+    _dome.enable(_positionLoc, _texCoordLoc);
+    glUniform1f(_xCoffLoc, zoom._coff.x);
+    glUniform1f(_yCoffLoc, zoom._coff.y);
+    glUniform1f(_zCoffLoc, zoom._coff.z);
+    bindFrameTextures(texture, _matrixState.computeMvp());
+    _dome.draw(_positionLoc, _texCoordLoc);
+    _matrixState.popMatrix();
+}
+
+void WallOneView180Render::setAutoRotate(bool enable, float speed) {
+    _motion._zoom.setAutoRotate(enable, speed);
+}
+
+int WallOneView180Render::onTouchDown(float x, float y) {
+    _motion.touchDown(x, y);
+    return 0;
+}
+
+int WallOneView180Render::onTouchUp(float, float) {
+    _motion.touchUp();
+    return 0;
+}
+
+int WallOneView180Render::onPinch(float factor) {
+    _motion._zoom.pinch(factor);
+    return 0;
+}
+
+int WallOneView180Render::onDoubleTap(float, float) {
+    _motion._zoom.doubleTap();
+    return 0;
+}
+
+int WallOneView180Render::onDrag(float x1, float y1, float x2, float y2) {
+    _motion._zoom.drag(x1, y1, x2, y2);
+    return 0;
+}
+
+void WallOneView180Render::onFling(float velocityX, float) {
+    _motion._zoom.fling(velocityX);
+}
+
+}  // namespace zet::ZETShow

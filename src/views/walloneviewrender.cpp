@@ -1,0 +1,131 @@
+// What a person sees: the round picture of a camera on a wall, upright in the middle of a black surface, as high as the
+// surface, its top and bottom cut off by two straight edges. A double tap flies in until the picture fills the surface,
+// and another flies back; a pinch does it by hand. Near, a drag looks about, and the view can sweep from side to side.
+// The dome that carries the picture is deep when seen from far and flat when near.
+
+#include "views/walloneviewrender.h"
+
+#include <string>
+
+#include "render/program.h"
+#include "render/shaderpieces.h"
+#include "views/parts/lenspieces.h"
+
+namespace zet::ZETShow {
+
+namespace {
+
+const char* const vertexStage = R"(
+attribute vec4 a_position;
+attribute vec2 a_texCoord;
+uniform mat4 u_mapMatrix;
+uniform float xCoff;
+uniform float zCoff;
+varying vec2 v_texCoord;
+varying vec3 vPosition;
+void main() {
+    vec3 tmpPosition = vec3(a_position.x * xCoff, a_position.y, a_position.z * zCoff);
+    gl_Position = u_mapMatrix * vec4(tmpPosition, 1.0);
+    v_texCoord = a_texCoord;
+    vPosition = tmpPosition;
+}
+)";
+
+// Two planes that slope towards the pole cut off the dome's top and bottom.
+const char* const mainStep = R"(
+varying vec3 vPosition;
+void main() {
+    vec2 tmpcoord = lensPoint(evenRadius(v_texCoord.t), v_texCoord.s);
+    bool cut = 0.8 * vPosition.z + abs(vPosition.y) > 4.8;
+    gl_FragColor = vec4(cut ? vec3(0.0) : samplePicture(tmpcoord).rgb, 1.0);
+}
+)";
+
+constexpr float frad = 0.998f;  // radius of the lens circle as a part of the half texture
+constexpr float nearPlane = 1.0f;
+constexpr float farPlane = 30.0f;
+
+}  // namespace
+
+WallOneViewRender::WallOneViewRender(DisplayConfig* config, float touchScale, Display* display)
+    : Render(config, touchScale, display) {}
+
+int WallOneViewRender::init() {
+    _dome = makeDome(onSphere);
+    const int created = createProgram();
+    _ready = created == 0;
+    glClearColor(0, 0, 0, 1);
+    glDisable(GL_DEPTH_TEST);
+    return created;
+}
+
+int WallOneViewRender::createProgram() {
+    const std::string fragmentStage =
+        std::string("precision highp float;\n") + frameDeclarations + evenRadius + lensPoint + yuvSampling + mainStep;
+    _program = buildProgram(vertexStage, fragmentStage.c_str());
+    if (_program == 0) return -1;
+    fetchProgramLocations();
+    _fradLoc = glGetUniformLocation(_program, "frad");
+    _xCoffLoc = glGetUniformLocation(_program, "xCoff");
+    _zCoffLoc = glGetUniformLocation(_program, "zCoff");
+    return _fradLoc >= 0 && _xCoffLoc >= 0 && _zCoffLoc >= 0 ? 0 : -1;
+}
+
+int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+    if (!_ready) return -1;
+    SurfaceSize& size = _zoom._size;
+    if (size.changeTo(surfaceWidth, surfaceHeight)) {
+        setFrustumByAspect(_matrixState, size.aspect(), nearPlane, farPlane);
+    }
+    if (!size._sized) return -1;
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    draw(texture);
+    return 0;
+}
+
+void WallOneViewRender::draw(Texture& texture) {
+    _zoom.step();
+    _viewport = {0, 0, _zoom._size._lastWidth, _zoom._size._lastHeight};
+    glViewport(_viewport.x, _viewport.y, _viewport.width, _viewport.height);
+    matrixIdentity(_matrixState._modelMatrix);
+    _matrixState.pushMatrix();
+    _zoom.updateCamera(_matrixState);
+    glUseProgram(_program);
+    _dome.enable(_positionLoc, _texCoordLoc);
+    bindFrameTextures(texture, _matrixState.computeMvp());
+    glUniform1f(_xCoffLoc, _zoom._coff.x);
+    glUniform1f(_zCoffLoc, _zoom._coff.z);
+    glUniform1f(_fradLoc, frad);
+    _dome.draw(_positionLoc, _texCoordLoc);
+    _matrixState.popMatrix();
+}
+
+void WallOneViewRender::setAutoRotate(bool enable, float speed) {
+    _zoom.setAutoRotate(enable, speed);
+}
+
+int WallOneViewRender::onTouchDown(float, float) {
+    _zoom.touch();
+    return 0;
+}
+
+int WallOneViewRender::onPinch(float factor) {
+    _zoom.pinch(factor);
+    return 0;
+}
+
+int WallOneViewRender::onDoubleTap(float, float) {
+    _zoom.doubleTap();
+    return 0;
+}
+
+int WallOneViewRender::onDrag(float x1, float y1, float x2, float y2) {
+    _zoom.drag(x1, y1, x2, y2);
+    return 0;
+}
+
+void WallOneViewRender::onFling(float velocityX, float) {
+    _zoom.fling(velocityX);
+}
+
+}  // namespace zet::ZETShow
