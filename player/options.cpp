@@ -46,10 +46,11 @@ void setSize(Options& options, const std::string& text) {
 }
 
 void setLens(Options& options, const std::string& text) {
-    options.lensGiven = true;
-    if (text == "none") return;
+    options.findLens = text == "auto";
+    options.lensGiven = !options.findLens;
+    if (text == "auto" || text == "none") return;
     options.lens = parseLens(text);
-    if (!options.lens) refuse("--lens", text, "CX,CY,RX,RY in 1/10000 of the picture, or none");
+    if (!options.lens) refuse("--lens", text, "CX,CY,RX,RY in 1/10000 of the picture, auto or none");
 }
 
 void setSynthetic(Options& options, const std::string& text) {
@@ -78,7 +79,8 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
                    "wall-three, wall-two, wall-one, wall-180")
         ->option_text("VIEW");
     app.add_option("--size", texts.size, "Window size in pixels [1280x720]")->option_text("WxH");
-    app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture, or none")->option_text("CX,CY,RX,RY");
+    app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture; auto finds and prints it")
+        ->option_text("CX,CY,RX,RY|auto|none");
     app.add_option("--meta", options.meta, "Faces, rectangles and lens region of each frame")->option_text("FILE.json");
     app.add_option("--mount", texts.mount, "Mounting of the synthetic camera [ceiling]")
         ->option_text("ceiling|wall")

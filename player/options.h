@@ -22,6 +22,7 @@ struct Options {
     int view = 0;
     int width = 1280;  ///< of the window, pixels
     int height = 720;
+    bool findLens = false;  ///< in the first pictures
     bool lensGiven = false;
     std::optional<LensRegion> lens;
     std::string meta;

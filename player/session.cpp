@@ -3,11 +3,13 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
 
 #include "interrupt.h"
+#include "lensfinder.h"
 #include "views.h"
 
 namespace zetplay {
@@ -16,6 +18,27 @@ namespace {
 
 std::unique_ptr<Source> openSource(const Options& options) {
     return options.input.empty() ? openSynthetic(options.synthetic, options.mount) : openMedia(options.input);
+}
+
+/// The lens circle in the first pictures of the source, which is then back at its start. Prints it in the form that
+/// `--lens` takes, for a person to keep. Throws `Failure` if there is none.
+LensRegion findLens(Source& source, const std::string& input) {
+    constexpr int pictures = 10;
+    LensFinder finder;
+    Picture picture;
+    try {
+        for (int i = 0; i < pictures && source.next(picture); ++i) finder.add(picture);
+    } catch (const Failure&) {
+        // What is damaged is told when playing comes to it.
+    }
+    const auto circle = finder.find();
+    if (!circle) throw Failure((input.empty() ? source.name() : input) + ": no lens circle found");
+    const auto share = [](double part, int whole) { return static_cast<int>(std::lround(10000 * part / whole)); };
+    const LensRegion region = {share(circle->x, picture.width), share(circle->y, picture.height),
+                               share(circle->radius, picture.width), share(circle->radius, picture.height)};
+    std::cerr << "lens " << region[0] << ',' << region[1] << ',' << region[2] << ',' << region[3] << std::endl;
+    source.rewind();
+    return region;
 }
 
 /// A font that systems usually have; empty if there is none.
@@ -56,6 +79,7 @@ Session::Session(const Options& given)
     feed.loop = options.loop;
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
     if (options.lensGiven) feed.setLens(options.lens);
+    if (options.findLens) feed.setLens(findLens(*source, options.input));
     driver.global().setFontPath(fontFile(options.font));
     driver.global().setStartTime4WaterMarker(options.startTime);
     driver.global().setRectZoom(options.rectZoom);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -113,6 +114,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"--headless good.y4m --gallery good.y4m/all", "", 1, "zetplay: good\\.y4m/all: Not a directory\n"},
         {"--headless good.y4m --gallery all --record all.mp4", "", 2, "zetplay: [^\n]*--gallery[^\n]*\n"},
         {"--headless good.y4m --meta wrong.txt", "", 1, "zetplay: wrong\\.txt: parse error at line 1[^\n]*\n"},
+        {"--headless good.y4m --lens auto", "", 1, "zetplay: good\\.y4m: no lens circle found\n"},
         {"--headless good.y4m --loop", "timeout --preserve-status -s INT 1", 130, ""},
     };
     for (const auto& test : cases) {
@@ -179,6 +181,25 @@ TEST_F(Zetplay, MetadataReachTheFrames) {
         expectQuarter(shot, 0.25, 0.25, zoomed ? 1 : 0);
         expectQuarter(shot, 0.45, 0.45, zoomed ? 1 : 0);
     }
+}
+
+TEST_F(Zetplay, FindsTheLensCircleAndUsesIt) {
+    _scratch.write("settle.txt", "frame\nsettle\n");
+    const auto play = [&](const std::string& lens) {
+        const Result result =
+            run("--headless --size 160x120 --synthetic 640x480 --script settle.txt --stats --shot shot.png " + lens);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_THAT(result.out, testing::StartsWith("{\"frames_read\": 1, ")) << lens;
+        return std::pair{result.err, readPng(_scratch.path("shot.png")).rgb};
+    };
+    const auto [line, shot] = play("--lens auto");
+    int lens[4] = {};
+    ASSERT_EQ(std::sscanf(line.c_str(), "lens %d,%d,%d,%d\n", lens, lens + 1, lens + 2, lens + 3), 4) << line;
+    // A circle of 240 pixels in the middle.
+    const int expected[] = {5000, 5000, 3750, 5000};
+    for (int i = 0; i < 4; ++i) EXPECT_NEAR(lens[i], expected[i], 0.005 * expected[i]) << i;
+    EXPECT_TRUE(shot == play("--lens " + line.substr(5, line.size() - 6)).second);
+    EXPECT_FALSE(shot == play("--lens none").second);
 }
 
 TEST_F(Zetplay, SnapshotsAgreeWithTheWindow) {
