@@ -49,6 +49,7 @@ protected:
     }
     Picture shown() {
         redraw();
+        redraw();  // a swap may end before its picture stands in the window; that of the one before does
         return window->grab();
     }
     float scale() {
