@@ -38,8 +38,9 @@ protected:
     }
     /// Waits until no draw is owed.
     void drawOut() {
+        const int before = swapsEnded();
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
-        ASSERT_TRUE(waitForSwaps(30));
+        ASSERT_TRUE(waitForSwaps(30, before));
         std::this_thread::sleep_for(std::chrono::milliseconds(50));  // one more, whose turn had been taken before
     }
     /// The window with `frame` in it.

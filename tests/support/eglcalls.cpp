@@ -20,7 +20,7 @@ Wrapped wrapped[static_cast<int>(EglCall::swapBuffers) + 1];
 
 std::mutex swapMutex;
 std::condition_variable swapped;
-int swapsEnded = 0;
+int swaps = 0;
 std::mutex hookMutex;  // held while the hook runs
 std::function<void()> swapHook;
 
@@ -45,7 +45,7 @@ void setSwapHook(const std::function<void()>& hook) {
 
 void noteSwap() {
     const std::lock_guard lock(swapMutex);
-    ++swapsEnded;
+    ++swaps;
     swapped.notify_all();
 }
 
@@ -79,10 +79,14 @@ std::mutex& connecting() {
     return mutex;
 }
 
-bool waitForSwaps(int count) {
+int swapsEnded() {
+    const std::lock_guard lock(swapMutex);
+    return swaps;
+}
+
+bool waitForSwaps(int count, int since) {
     std::unique_lock lock(swapMutex);
-    const int until = swapsEnded + count;
-    return swapped.wait_for(lock, std::chrono::seconds(10), [until] { return swapsEnded >= until; });
+    return swapped.wait_for(lock, std::chrono::seconds(10), [&] { return swaps - since >= count; });
 }
 
 }  // namespace zet::test

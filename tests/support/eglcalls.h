@@ -37,7 +37,9 @@ public:
     SwapHook(const SwapHook&) = delete;
     SwapHook& operator=(const SwapHook&) = delete;
 };
-/// Waits until `count` further swaps have ended; false after 10 s. All displays count.
-bool waitForSwaps(int count);
+/// Swaps of all displays that have ended since the start of the program.
+int swapsEnded();
+/// Waits until `count` swaps have ended since `swapsEnded()` was `since`; false after 10 s.
+bool waitForSwaps(int count, int since = swapsEnded());
 
 }  // namespace zet::test

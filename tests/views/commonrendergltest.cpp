@@ -218,7 +218,7 @@ TEST_F(FlatView, answersTheZoomInForce) {
     redraw();
     EXPECT_EQ(scale(), 3.0f) << "a tap outside the surface starts nothing";
     bus.setConfig(DCFG_DOUBLE_TAP, &corner);
-    ASSERT_TRUE(waitForSwaps(60));  // 34 steps back to 1; the flight pulls its own frames
+    ASSERT_TRUE(waitForSwaps(40));  // 34 steps back to 1; the flight pulls its own frames
     EXPECT_EQ(scale(), 1.0f);
 }
 
