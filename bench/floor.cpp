@@ -1,9 +1,10 @@
 // What a view costs beside the bare GL work in it. For each mode the module shows frames while its GL calls are
 // written down; then a bare EGL/GLES context makes the same calls with nothing around them, in turn with the module.
 // Printed: CPU time a shown frame of the module, of the floor, and their ratio, as medians over the rounds. `faces` is
-// mode 0 with ten faces, each with its box and three lines of text.
+// mode 0 with ten faces, each with its box and three lines of text. `bowl` and `scene` are mode 1 at rest with nothing
+// new to upload, without and with its halo and stars.
 //
-// usage: floor [MODE|faces...]   (default: 0)
+// usage: floor [MODE|faces|bowl|scene...]   (default: 0)
 
 #include <EGL/egl.h>
 #include <sys/resource.h>
@@ -114,18 +115,26 @@ private:
     EGLSurface _surface;
 };
 
-// Frames set until `count` more have been shown; the last one is on the screen when it returns.
-void show(zet::DisplayConfig& config, const Frame& frame, std::size_t count) {
+// Frames, or requests to draw the last one again where there is none, set until `count` more draws have been shown; the
+// last one is on the screen when it returns.
+void show(zet::DisplayConfig& config, const Frame* frame, std::size_t count) {
     const std::size_t end = bench::shownFrames() + count;
     while (bench::shownFrames() < end) {
-        config.setConfig(zet::DCFG_YUV_FRAME, &frame.record);
+        if (frame) {
+            config.setConfig(zet::DCFG_YUV_FRAME, &frame->record);
+        } else {
+            config.setConfig(zet::DCFG_RENDER_REQUEST, nullptr);
+        }
         std::this_thread::sleep_for(framePeriod);
     }
 }
 
 void measure(const char* what) {
-    const bool withFaces = std::string_view(what) == "faces";
-    const int mode = withFaces ? 0 : std::atoi(what);
+    const std::string_view name = what;
+    const bool withFaces = name == "faces";
+    const bool withScene = name == "scene";
+    const bool still = withScene || name == "bowl";
+    const int mode = withFaces ? 0 : still ? 1 : std::atoi(what);
     Frame frame(1920, mode == 0 ? 1080 : 1920);
     if (withFaces) frame.addFaces();
     const bench::XWindow moduleWindow(windowWidth, windowHeight);
@@ -141,14 +150,15 @@ void measure(const char* what) {
     auto display = zet::CreateZETDisplay(&config, &global);
     config.setConfig(zet::DCFG_RENDER_MODE, mode);
     // What asks for draws of its own would show frames that were never uploaded.
-    const zet::SceneBackdrop nothing;
-    config.setConfig(zet::DCFG_SCENE_BACKDROP, &nothing);
+    const zet::SceneBackdrop scene{withScene, withScene};
+    config.setConfig(zet::DCFG_SCENE_BACKDROP, &scene);
     config.setConfig(zet::DCFG_OPENING_FLIGHT, 0);
     config.setConfig(zet::DCFG_WINDOW_INSTANCE, moduleWindow.handle());
-    show(config, frame, 10);
+    show(config, &frame, 10);
     std::this_thread::sleep_for(1500ms);  // no redraw is owed any more
     recorded.frameEnds.clear();
-    show(config, frame, 2);
+    const Frame* const next = still ? nullptr : &frame;
+    show(config, next, 2);
     std::this_thread::sleep_for(100ms);
     bench::stopRecording();
     const std::size_t last = recorded.frameEnds.size() - 1;
@@ -164,9 +174,10 @@ void measure(const char* what) {
     for (int round = 0; round < rounds; ++round) {
         const std::size_t shownBefore = bench::shownFrames();
         const double start = cpuSeconds();
-        show(config, frame, framesPerRound);
+        show(config, next, framesPerRound);
         const double between = cpuSeconds();
         const auto shown = static_cast<double>(bench::shownFrames() - shownBefore);
+        const std::lock_guard lock(bench::swapping());
         for (int i = 0; i < framesPerRound; ++i) {
             floor.replay(begin, end);
             floor.swap();

@@ -58,6 +58,11 @@ void stopRecording() {
     recording = false;
 }
 
+std::recursive_mutex& swapping() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
 std::size_t shownFrames() {
     return shown;
 }
@@ -163,9 +168,9 @@ void __wrap_glDrawArrays(GLenum mode, GLint first, GLsizei count) {
 decltype(glTexImage2D) __real_glTexImage2D, __wrap_glTexImage2D;
 void __wrap_glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width, GLsizei height, GLint border,
                          GLenum format, GLenum type, const void* data) {
-    // Labels are written into one buffer in turn.
+    // Labels are written into one buffer in turn; the halo's planes go once they are uploaded.
     std::vector<std::uint8_t> own;
-    if (bench::recording && format == GL_ALPHA) {
+    if (bench::recording && (format == GL_ALPHA || format == GL_LUMINANCE)) {
         const auto* const bytes = static_cast<const std::uint8_t*>(data);
         own.assign(bytes, bytes + static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     }
@@ -209,6 +214,7 @@ decltype(eglSwapBuffers) __real_eglSwapBuffers, __wrap_eglSwapBuffers;
 EGLBoolean __wrap_eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
     if (bench::recording) bench::GlCalls::recorded().frameEnds.push_back(bench::GlCalls::recorded().calls.size());
     ++bench::shown;
+    const std::lock_guard lock(bench::swapping());
     return __real_eglSwapBuffers(display, surface);
 }
 
