@@ -77,6 +77,17 @@ private:
 struct FlatView : PanesGl {
     // The sampler rounds each plane to 8 bits, U counts 2.03 times in blue, and the result is rounded too.
     FlatView() { tolerance = 2.5; }
+    void set(const Look& look) {
+        const Color& clear = look.clear;
+        bus.setConfig(DCFG_ROTATION, look.rotation);
+        bus.setConfig(DCFG_SCALE, look.scale);
+        bus.setConfig(DCFG_LENS_PARAM, &look.lens);
+        bus.setConfig(DCFG_CLEAR_COLOR, static_cast<int>(clear.r * 65536 + clear.g * 256 + clear.b));
+    }
+    // A drag goes against its second point; 1000 pixels are one view unit at zoom 1.
+    void move(double right, double up, double scale) {
+        drag(static_cast<float>(100 + right * 1000 / scale), static_cast<float>(100 - up * 1000 / scale), 100, 100);
+    }
     void expectShown(const Frame& source, const Look& look, const std::string& name) {
         const Picture picture = shown(source);
         const Expectation expected(source, look, picture.width, picture.height);
@@ -85,64 +96,48 @@ struct FlatView : PanesGl {
             return !expected.isAtEdge(x, y);
         });
     }
-    /// Moves the picture by a drag, which goes against the second point: `dx` right and `dy` down from it.
-    void move(double dx, double dy) { drag(static_cast<float>(100 + dx), static_cast<float>(100 + dy), 100, 100); }
 };
 
-TEST_F(FlatView, fitsTurnsZoomsAndMoves) {
+TEST_F(FlatView, fitsTurnsZoomsMovesAndStraightens) {
     const Frame square = smoothFrame(96, 96), wide = smoothFrame(160, 90), upright = smoothFrame(88, 160),
                 padded = smoothFrame(120, 90, 128);
+    const Color clear{16, 32, 48};
     const struct {
         const char* name;
         const Frame& source;
         Look look;
     } cases[] = {
+        {"set before the display", upright, {180, 2, 0, 0, {-0.2, 0, 0, 0, 0, 1, 1, 0.5, 0.5, 0, 0, 0, 0}, clear}},
         {"full, line padding and all", padded, {}},
-        {"turned by 180", wide, {180, 1, 0, 0, {}, {}}},
         {"turned by 270", upright, {270, 1, 0, 0, {}, {}}},
         {"moved right and down", wide, {0, 2, 0.3, -0.1, {}, {}}},
         {"moved left and up, turned", upright, {90, 3, -0.6, 0.9, {}, {}}},
-        {"clear colour", upright, {0, 1, 0, 0, {}, {16, 32, 48}}},
+        {"lens",
+         wide,
+         {0, 1, 0, 0, {-0.15, 0.03, 0.02, 0.01, 0.02, 0.8, 0.9, 0.52, 0.47, -0.05, 0.1, 0.08, -0.02}, {}}},
+        {"turned lens", wide, {90, 1, 0, 0, {-0.2, 0.05, 0, 0.02, 0, 0.9, 1.1, 0.5, 0.5, 0, 0.1, 0, 0}, {}}},
+        {"margins alone", wide, {0, 1, 0, 0, {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, clear}},
+        {"clear colour", upright, {0, 1, 0, 0, {}, clear}},
     };
-    start(320, 240);
     for (const auto& [name, source, look] : cases) {
         bus.setConfig(DCFG_RENDER_MODE, 0);  // pan and zoom start afresh
-        bus.setConfig(DCFG_ROTATION, look.rotation);
-        bus.setConfig(DCFG_SCALE, look.scale);
-        bus.setConfig(DCFG_CLEAR_COLOR, look.clear.r > 0 ? 0xff102030 : 0xff000000);
+        set(look);
+        if (!display) start(320, 240);
         redraw();
-        // 1000 pixels are one view unit at zoom 1.
-        move(look.panX * 1000 / look.scale, -look.panY * 1000 / look.scale);
+        move(look.panX, look.panY, look.scale);
         expectShown(source, look, name);
     }
-    move(2000, 0);
-    expectShown(upright, {0, 1, 0, 0, {}, {16, 32, 48}}, "a drag at zoom 1 is put back by the next frame");
+    const Look full{0, 1, 0, 0, {}, clear}, turned{90, 1, 0, 0, {}, clear};
+    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
+    expectShown(upright, full, "a new surface");
+    move(2, 0, 1);
+    expectShown(upright, full, "a drag at zoom 1 is put back by the next frame");
+    bus.setConfig(DCFG_LENS_PARAM, SizeHelp{&cases[0].look.lens, 96});
+    expectShown(upright, full, "a lens record that is too short");
     for (const int rotation : {450, 45}) {
         bus.setConfig(DCFG_ROTATION, rotation);
-        expectShown(square, {90, 1, 0, 0, {}, {16, 32, 48}}, "a turn and a quarter; no turn: the last one stays");
+        expectShown(square, turned, "a turn and a quarter; no turn: the last one stays");
     }
-}
-
-TEST_F(FlatView, straightensTheLens) {
-    const Frame source = smoothFrame(160, 120);
-    const struct {
-        const char* name;
-        LensParam lens;
-        int rotation;
-    } cases[] = {
-        {"all with margins", {-0.15, 0.03, 0.02, 0.01, 0.02, 0.8, 0.9, 0.52, 0.47, -0.05, 0.1, 0.08, -0.02}, 0},
-        {"turned", {-0.2, 0.05, 0, 0.02, 0, 0.9, 1.1, 0.5, 0.5, 0, 0.1, 0, 0}, 90},
-        {"margins alone", {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, 0},
-        {"none", {}, 0},
-    };
-    start(320, 240);
-    for (const auto& [name, lens, rotation] : cases) {
-        bus.setConfig(DCFG_LENS_PARAM, &lens);
-        bus.setConfig(DCFG_ROTATION, rotation);
-        expectShown(source, {rotation, 1, 0, 0, lens, {}}, name);
-    }
-    bus.setConfig(DCFG_LENS_PARAM, SizeHelp{&cases[0].lens, 96});
-    expectShown(source, {}, "a record that is too short");
 }
 
 TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
@@ -186,21 +181,6 @@ TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
     bus.setConfig(DCFG_ROTATION, 0);
     source.record.aiItems = &empty;
     expectShown(source, {0, 2, 0, 0, {}, {}}, "a rectangle without a width: the zoom before it comes back");
-}
-
-TEST_F(FlatView, findsTheSettingsMadeBeforeIt) {
-    const LensParam lens{-0.2, 0, 0, 0, 0, 1, 1, 0.5, 0.5, 0, 0, 0, 0};
-    const Look look{180, 2, 0, 0, lens, {16, 32, 48}};
-    const Frame source = smoothFrame(120, 160);
-    bus.setConfig(DCFG_ROTATION, 180);
-    bus.setConfig(DCFG_SCALE, 9.0f);
-    bus.setConfig(DCFG_MAX_SCALE, 2.0f);
-    bus.setConfig(DCFG_CLEAR_COLOR, 0x00102030);
-    bus.setConfig(DCFG_LENS_PARAM, &lens);
-    start(320, 160);
-    expectShown(source, look, "before the display");
-    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
-    expectShown(source, look, "a new surface");
 }
 
 TEST_F(FlatView, answersTheZoomInForce) {

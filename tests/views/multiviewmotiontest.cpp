@@ -66,6 +66,7 @@ struct MultiViewMapMotionTest : testing::Test {
 
 TEST_F(MultiViewMapMotionTest, dragsActOnThePaneOfTheTouch) {
     motion.touchDown(500, 400);  // the line between the halves belongs to the detail
+    motion.step();
     motion.drag(750, 400, 850, 300);
     EXPECT_FLOAT_EQ(motion._yaw, 11.25f);
     EXPECT_FLOAT_EQ(motion._travel, 1.125f);
