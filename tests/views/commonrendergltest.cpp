@@ -27,11 +27,11 @@ Place throughLens(const LensParam& lens, Place p) {
             (y * radial + 2 * lens.p2 * x * y + lens.p1 * (r2 + 2 * y * y)) * lens.fy + lens.oy};
 }
 
-/// The surface, in which the picture fills the side that fits and has bars on the other.
+/// What the surface shows: the picture fills the side that fits and has bars on the other. Places count from the middle
+/// of the surface, in halves of it.
 class Expectation {
 public:
-    Expectation(const Frame& frame, const Look& look, int width, int height)
-        : _frame(frame), _look(look), _width(width), _height(height) {
+    Expectation(const Frame& frame, const Look& look, int width, int height) : _frame(frame), _look(look) {
         const bool lies = look.rotation == 90 || look.rotation == 270;
         const int frameWidth = lies ? frame.record.height : frame.record.width;
         int frameHeight = lies ? frame.record.width : frame.record.height;
@@ -39,24 +39,16 @@ public:
         const double fit = static_cast<double>(width) / height * frameHeight / frameWidth;
         _a = std::max(fit, 1.0);
         _b = std::max(1 / fit, 1.0);
+        _edge = 3 / look.scale * std::max(_a / width, _b / height);
     }
-
-    /// Distance from the quad's middle, in halves of the quad; beyond 1 there is the bar. Places count from the middle
-    /// of the surface, in halves of it.
-    Place onQuad(double x, double y) const {
-        return {(x * _a - _look.panX) / _look.scale, (y * _b - _look.panY) / _look.scale};
-    }
-    /// Within a pixel and a half of the quad's edge, where the two mix.
-    bool isAtEdge(double x, double y) const {
-        const Place q = onQuad(x, y);
-        const double reach = 3 / _look.scale * std::max(_a / _width, _b / _height);
-        return std::abs(std::max(std::abs(q.x), std::abs(q.y)) - 1) < reach;
-    }
+    /// Beyond the picture's edge, in halves of the picture; negative inside.
+    double beyond(double x, double y) const { return std::max(std::abs(across(x)), std::abs(up(y))) - 1; }
+    /// Within a pixel and a half of the edge, where picture and bar mix.
+    bool isAtEdge(double x, double y) const { return std::abs(beyond(x, y)) < _edge; }
     Color at(double x, double y) const {
-        const Place q = onQuad(x, y);
-        if (std::abs(q.x) > 1 || std::abs(q.y) > 1) return _look.clear;
+        if (beyond(x, y) > 0) return _look.clear;
         // From the top left corner of the turned picture to that of the picture itself.
-        const double u = (q.x + 1) / 2, v = (1 - q.y) / 2;
+        const double u = (across(x) + 1) / 2, v = (1 - up(y)) / 2;
         const Place turned = _look.rotation == 0     ? Place{u, v}
                              : _look.rotation == 90  ? Place{v, 1 - u}
                              : _look.rotation == 180 ? Place{1 - u, 1 - v}
@@ -68,10 +60,12 @@ public:
     }
 
 private:
+    double across(double x) const { return (x * _a - _look.panX) / _look.scale; }
+    double up(double y) const { return (y * _b - _look.panY) / _look.scale; }
+
     const Frame& _frame;
     const Look& _look;
-    int _width, _height;
-    double _a, _b;
+    double _a, _b, _edge;
 };
 
 struct FlatView : PanesGl {
@@ -144,36 +138,31 @@ TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
     const struct {
         const char* name;
         RectItem rect;
-        int rotation;
-    } cases[] = {{"inside", {60, 40, 40, 30, 0}, 0},
-                 {"beyond the edge", {-10, 80, 40, 40, 0}, 0},
-                 {"of a turned frame", {30, 60, 40, 40, 0}, 90}};
+        int rotation, width, height;  // of the picture as it is turned
+    } cases[] = {{"inside", {60, 40, 40, 30, 0}, 0, 160, 120},
+                 {"beyond the edge", {-10, 80, 40, 40, 0}, 0, 160, 120},
+                 {"of a turned frame", {30, 60, 40, 40, 0}, 90, 120, 160}};
     const int kind = AI_KIND_RECTS;
     Frame source = smoothFrame(160, 120);
     source.record.aiCount = 1;
     source.record.aiKind = &kind;
+    source.record.aiItems = &cases[0].rect;
     start(320, 240);
     bus.setConfig(DCFG_SCALE, 2.0f);
-    source.record.aiItems = &cases[0].rect;
     expectShown(source, {0, 2, 0, 0, {}, {}}, "the player doesn't allow it");
     global.setRectZoom(true);
-    for (const auto& [name, rect, rotation] : cases) {
+    for (const auto& [name, rect, rotation, w, h] : cases) {
         bus.setConfig(DCFG_ROTATION, rotation);
         source.record.aiItems = &rect;
-        // The rectangle, in pixels of the picture as it is turned, as large as fits and at the centre of the view, as
-        // far as the picture's edges allow; over it the whole at 0.3, 0.7 of the view right and down.
-        const double w = rotation == 90 ? 120 : 160, h = rotation == 90 ? 160 : 120;
-        const double scale = std::min(w / rect.width, h / rect.height);
-        const double centreX = (rect.x + rect.width / 2.0) / w * 2 - 1;
-        const double centreY = 1 - (rect.y + rect.height / 2.0) / h * 2;
-        const auto held = [scale](double pan) { return std::clamp(pan, 1 - scale, scale - 1); };
-        const Look zoomed{rotation, scale, held(-centreX * scale), held(-centreY * scale), {}, {}};
-        const Look whole{rotation, 0.3, 0.7, -0.7, {}, {}};
+        // As large as fits and at the centre of the view, as far as the picture's edges allow; over it the whole at
+        // 0.3, 0.7 of the view right and down.
+        const double scale = std::min(1.0 * w / rect.width, 1.0 * h / rect.height);
+        const double panX = std::clamp((1 - (rect.x * 2.0 + rect.width) / w) * scale, 1 - scale, scale - 1);
+        const double panY = std::clamp(((rect.y * 2.0 + rect.height) / h - 1) * scale, 1 - scale, scale - 1);
+        const Look zoomed{rotation, scale, panX, panY, {}, {}}, whole{rotation, 0.3, 0.7, -0.7, {}, {}};
         const Expectation zoom(source, zoomed, 320, 240), inset(source, whole, 320, 240);
         compare(shown(source), {0, 0, 320, 240}, name, [&](double x, double y, Color& wanted) {
-            const Place q = inset.onQuad(x, y);
-            const bool inInset = std::abs(q.x) < 1 && std::abs(q.y) < 1;
-            wanted = inInset ? inset.at(x, y) : zoom.at(x, y);
+            wanted = inset.beyond(x, y) < 0 ? inset.at(x, y) : zoom.at(x, y);
             return !inset.isAtEdge(x, y) && !zoom.isAtEdge(x, y);
         });
     }
@@ -186,18 +175,23 @@ TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
 TEST_F(FlatView, answersTheZoomInForce) {
     start(128, 128);
     shown(smoothFrame(64, 64));
-    const struct { float set, answered; } cases[] = {{9, 4}, {0.1f, 1}, {NAN, 1}, {-INFINITY, 1}, {3, 3}};
-    for (const auto& [set, answered] : cases) {
-        bus.setConfig(DCFG_SCALE, set);
-        EXPECT_EQ(scale(), answered) << set;
+    const struct {
+        std::int64_t id;
+        float set, answered;
+    } cases[] = {
+        {DCFG_SCALE, 9, 4},          {DCFG_SCALE, 0.1f, 1},    {DCFG_SCALE, NAN, 1},    {DCFG_SCALE, -INFINITY, 1},
+        {DCFG_PINCH, 1.01f, 1.055f}, {DCFG_PINCH, 100, 1.11f}, {DCFG_PINCH, 1, 1.055f}, {DCFG_PINCH, 0, 1},
+        {DCFG_SCALE, 5, 4},          {DCFG_MAX_SCALE, NAN, 4}, {DCFG_MAX_SCALE, 10, 4}, {DCFG_MAX_SCALE, 2, 2},
+        {DCFG_MAX_SCALE, 0.5f, 1},   {DCFG_MAX_SCALE, 4, 1},   {DCFG_SCALE, 3, 3},
+    };
+    for (const auto& [id, set, answered] : cases) {
+        bus.setConfig(id, set);
+        EXPECT_FLOAT_EQ(scale(), answered) << id << ' ' << set;
     }
-    bus.setConfig(DCFG_MAX_SCALE, NAN);
-    EXPECT_EQ(scale(), 3.0f);
-    const TouchPoint outside{129, 5}, corner{0, 128};
-    bus.setConfig(DCFG_DOUBLE_TAP, &outside);
+    touch(DCFG_DOUBLE_TAP, 129, 5);
     redraw();
     EXPECT_EQ(scale(), 3.0f) << "a tap outside the surface starts nothing";
-    bus.setConfig(DCFG_DOUBLE_TAP, &corner);
+    touch(DCFG_DOUBLE_TAP, 0, 128);
     ASSERT_TRUE(waitForSwaps(40));  // 34 steps back to 1; the flight pulls its own frames
     EXPECT_EQ(scale(), 1.0f);
 }

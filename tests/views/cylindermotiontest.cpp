@@ -71,27 +71,5 @@ TEST(CylinderMotions, turnByFlingsAndThenByThemselvesUntilATouch) {
     expectTurns(-0.0021375, -0.039375, "touched");
 }
 
-TEST(CylinderSphereMotion, tiltMovesTheSceneAndTheEye) {
-    const struct {
-        const char* name;
-        double tilt, shown, lift, eyeZ;
-    } cases[] = {
-        {"beyond the lower end", -100, -4.32, 0.378, 20.05},
-        {"half way down", 10.79, 10.79, 0.189, 20.05},
-        {"half way up", 41.01, 41.01, 0, 20.05 - 0.75},
-        {"beyond the upper end", 300, 56.12, 0, 20.05 - 1.5},
-        {"one turn and 10.79 degrees", 370.79, 10.79, 0.189, 20.05},
-    };
-    for (const auto& [name, tilt, shown, lift, eyeZ] : cases) {
-        SCOPED_TRACE(name);
-        CylinderSphereMotion motion(bowlPose);
-        motion.drag(0, static_cast<float>(tilt / 0.1125), 0, 0);
-        motion.step();
-        EXPECT_NEAR(motion._shownTilt, -126.06 + shown, 1e-4);
-        EXPECT_NEAR(motion._liftY, lift, 1e-5);
-        EXPECT_NEAR(motion._eyeZ, eyeZ, 1e-5);
-    }
-}
-
 }  // namespace
 }  // namespace zet::ZETShow
