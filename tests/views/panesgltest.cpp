@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "views/panesgl.h"
 
 namespace zet::test {
