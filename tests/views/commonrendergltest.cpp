@@ -27,11 +27,11 @@ Place throughLens(const LensParam& lens, Place p) {
             (y * radial + 2 * lens.p2 * x * y + lens.p1 * (r2 + 2 * y * y)) * lens.fy + lens.oy};
 }
 
-/// The surface, in which the picture fills the side that fits and has bars on the other.
+/// What the surface shows: the picture fills the side that fits and has bars on the other. Places count from the middle
+/// of the surface, in halves of it.
 class Expectation {
 public:
-    Expectation(const Frame& frame, const Look& look, int width, int height)
-        : _frame(frame), _look(look), _width(width), _height(height) {
+    Expectation(const Frame& frame, const Look& look, int width, int height) : _frame(frame), _look(look) {
         const bool lies = look.rotation == 90 || look.rotation == 270;
         const int frameWidth = lies ? frame.record.height : frame.record.width;
         int frameHeight = lies ? frame.record.width : frame.record.height;
@@ -39,24 +39,16 @@ public:
         const double fit = static_cast<double>(width) / height * frameHeight / frameWidth;
         _a = std::max(fit, 1.0);
         _b = std::max(1 / fit, 1.0);
+        _edge = 3 / look.scale * std::max(_a / width, _b / height);
     }
-
-    /// Distance from the quad's middle, in halves of the quad; beyond 1 there is the bar. Places count from the middle
-    /// of the surface, in halves of it.
-    Place onQuad(double x, double y) const {
-        return {(x * _a - _look.panX) / _look.scale, (y * _b - _look.panY) / _look.scale};
-    }
-    /// Within a pixel and a half of the quad's edge, where the two mix.
-    bool isAtEdge(double x, double y) const {
-        const Place q = onQuad(x, y);
-        const double reach = 3 / _look.scale * std::max(_a / _width, _b / _height);
-        return std::abs(std::max(std::abs(q.x), std::abs(q.y)) - 1) < reach;
-    }
+    /// Beyond the picture's edge, in halves of the picture; negative inside.
+    double beyond(double x, double y) const { return std::max(std::abs(across(x)), std::abs(up(y))) - 1; }
+    /// Within a pixel and a half of the edge, where picture and bar mix.
+    bool isAtEdge(double x, double y) const { return std::abs(beyond(x, y)) < _edge; }
     Color at(double x, double y) const {
-        const Place q = onQuad(x, y);
-        if (std::abs(q.x) > 1 || std::abs(q.y) > 1) return _look.clear;
+        if (beyond(x, y) > 0) return _look.clear;
         // From the top left corner of the turned picture to that of the picture itself.
-        const double u = (q.x + 1) / 2, v = (1 - q.y) / 2;
+        const double u = (across(x) + 1) / 2, v = (1 - up(y)) / 2;
         const Place turned = _look.rotation == 0     ? Place{u, v}
                              : _look.rotation == 90  ? Place{v, 1 - u}
                              : _look.rotation == 180 ? Place{1 - u, 1 - v}
@@ -68,15 +60,28 @@ public:
     }
 
 private:
+    double across(double x) const { return (x * _a - _look.panX) / _look.scale; }
+    double up(double y) const { return (y * _b - _look.panY) / _look.scale; }
+
     const Frame& _frame;
     const Look& _look;
-    int _width, _height;
-    double _a, _b;
+    double _a, _b, _edge;
 };
 
 struct FlatView : PanesGl {
     // The sampler rounds each plane to 8 bits, U counts 2.03 times in blue, and the result is rounded too.
     FlatView() { tolerance = 2.5; }
+    void set(const Look& look) {
+        const Color& clear = look.clear;
+        bus.setConfig(DCFG_ROTATION, look.rotation);
+        bus.setConfig(DCFG_SCALE, look.scale);
+        bus.setConfig(DCFG_LENS_PARAM, &look.lens);
+        bus.setConfig(DCFG_CLEAR_COLOR, static_cast<int>(clear.r * 65536 + clear.g * 256 + clear.b));
+    }
+    // A drag goes against its second point; 1000 pixels are one view unit at zoom 1.
+    void move(double right, double up, double scale) {
+        drag(static_cast<float>(100 + right * 1000 / scale), static_cast<float>(100 - up * 1000 / scale), 100, 100);
+    }
     void expectShown(const Frame& source, const Look& look, const std::string& name) {
         const Picture picture = shown(source);
         const Expectation expected(source, look, picture.width, picture.height);
@@ -85,100 +90,79 @@ struct FlatView : PanesGl {
             return !expected.isAtEdge(x, y);
         });
     }
-    /// Moves the picture by a drag, which goes against the second point: `dx` right and `dy` down from it.
-    void move(double dx, double dy) { drag(static_cast<float>(100 + dx), static_cast<float>(100 + dy), 100, 100); }
 };
 
-TEST_F(FlatView, fitsTurnsZoomsAndMoves) {
+TEST_F(FlatView, fitsTurnsZoomsMovesAndStraightens) {
     const Frame square = smoothFrame(96, 96), wide = smoothFrame(160, 90), upright = smoothFrame(88, 160),
                 padded = smoothFrame(120, 90, 128);
+    const Color clear{16, 32, 48};
     const struct {
         const char* name;
         const Frame& source;
         Look look;
     } cases[] = {
+        {"set before the display", upright, {180, 2, 0, 0, {-0.2, 0, 0, 0, 0, 1, 1, 0.5, 0.5, 0, 0, 0, 0}, clear}},
         {"full, line padding and all", padded, {}},
-        {"turned by 180", wide, {180, 1, 0, 0, {}, {}}},
         {"turned by 270", upright, {270, 1, 0, 0, {}, {}}},
         {"moved right and down", wide, {0, 2, 0.3, -0.1, {}, {}}},
         {"moved left and up, turned", upright, {90, 3, -0.6, 0.9, {}, {}}},
-        {"clear colour", upright, {0, 1, 0, 0, {}, {16, 32, 48}}},
+        {"lens",
+         wide,
+         {0, 1, 0, 0, {-0.15, 0.03, 0.02, 0.01, 0.02, 0.8, 0.9, 0.52, 0.47, -0.05, 0.1, 0.08, -0.02}, {}}},
+        {"turned lens", wide, {90, 1, 0, 0, {-0.2, 0.05, 0, 0.02, 0, 0.9, 1.1, 0.5, 0.5, 0, 0.1, 0, 0}, {}}},
+        {"margins alone", wide, {0, 1, 0, 0, {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, clear}},
+        {"clear colour", upright, {0, 1, 0, 0, {}, clear}},
     };
-    start(320, 240);
     for (const auto& [name, source, look] : cases) {
         bus.setConfig(DCFG_RENDER_MODE, 0);  // pan and zoom start afresh
-        bus.setConfig(DCFG_ROTATION, look.rotation);
-        bus.setConfig(DCFG_SCALE, look.scale);
-        bus.setConfig(DCFG_CLEAR_COLOR, look.clear.r > 0 ? 0xff102030 : 0xff000000);
+        set(look);
+        if (!display) start(320, 240);
         redraw();
-        // 1000 pixels are one view unit at zoom 1.
-        move(look.panX * 1000 / look.scale, -look.panY * 1000 / look.scale);
+        move(look.panX, look.panY, look.scale);
         expectShown(source, look, name);
     }
-    move(2000, 0);
-    expectShown(upright, {0, 1, 0, 0, {}, {16, 32, 48}}, "a drag at zoom 1 is put back by the next frame");
+    const Look full{0, 1, 0, 0, {}, clear}, turned{90, 1, 0, 0, {}, clear};
+    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
+    expectShown(upright, full, "a new surface");
+    move(2, 0, 1);
+    expectShown(upright, full, "a drag at zoom 1 is put back by the next frame");
+    bus.setConfig(DCFG_LENS_PARAM, SizeHelp{&cases[0].look.lens, 96});
+    expectShown(upright, full, "a lens record that is too short");
     for (const int rotation : {450, 45}) {
         bus.setConfig(DCFG_ROTATION, rotation);
-        expectShown(square, {90, 1, 0, 0, {}, {16, 32, 48}}, "a turn and a quarter; no turn: the last one stays");
+        expectShown(square, turned, "a turn and a quarter; no turn: the last one stays");
     }
-}
-
-TEST_F(FlatView, straightensTheLens) {
-    const Frame source = smoothFrame(160, 120);
-    const struct {
-        const char* name;
-        LensParam lens;
-        int rotation;
-    } cases[] = {
-        {"all with margins", {-0.15, 0.03, 0.02, 0.01, 0.02, 0.8, 0.9, 0.52, 0.47, -0.05, 0.1, 0.08, -0.02}, 0},
-        {"turned", {-0.2, 0.05, 0, 0.02, 0, 0.9, 1.1, 0.5, 0.5, 0, 0.1, 0, 0}, 90},
-        {"margins alone", {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, 0},
-        {"none", {}, 0},
-    };
-    start(320, 240);
-    for (const auto& [name, lens, rotation] : cases) {
-        bus.setConfig(DCFG_LENS_PARAM, &lens);
-        bus.setConfig(DCFG_ROTATION, rotation);
-        expectShown(source, {rotation, 1, 0, 0, lens, {}}, name);
-    }
-    bus.setConfig(DCFG_LENS_PARAM, SizeHelp{&cases[0].lens, 96});
-    expectShown(source, {}, "a record that is too short");
 }
 
 TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
     const struct {
         const char* name;
         RectItem rect;
-        int rotation;
-    } cases[] = {{"inside", {60, 40, 40, 30, 0}, 0},
-                 {"beyond the edge", {-10, 80, 40, 40, 0}, 0},
-                 {"of a turned frame", {30, 60, 40, 40, 0}, 90}};
+        int rotation, width, height;  // of the picture as it is turned
+    } cases[] = {{"inside", {60, 40, 40, 30, 0}, 0, 160, 120},
+                 {"beyond the edge", {-10, 80, 40, 40, 0}, 0, 160, 120},
+                 {"of a turned frame", {30, 60, 40, 40, 0}, 90, 120, 160}};
     const int kind = AI_KIND_RECTS;
     Frame source = smoothFrame(160, 120);
     source.record.aiCount = 1;
     source.record.aiKind = &kind;
+    source.record.aiItems = &cases[0].rect;
     start(320, 240);
     bus.setConfig(DCFG_SCALE, 2.0f);
-    source.record.aiItems = &cases[0].rect;
     expectShown(source, {0, 2, 0, 0, {}, {}}, "the player doesn't allow it");
     global.setRectZoom(true);
-    for (const auto& [name, rect, rotation] : cases) {
+    for (const auto& [name, rect, rotation, w, h] : cases) {
         bus.setConfig(DCFG_ROTATION, rotation);
         source.record.aiItems = &rect;
-        // The rectangle, in pixels of the picture as it is turned, as large as fits and at the centre of the view, as
-        // far as the picture's edges allow; over it the whole at 0.3, 0.7 of the view right and down.
-        const double w = rotation == 90 ? 120 : 160, h = rotation == 90 ? 160 : 120;
-        const double scale = std::min(w / rect.width, h / rect.height);
-        const double centreX = (rect.x + rect.width / 2.0) / w * 2 - 1;
-        const double centreY = 1 - (rect.y + rect.height / 2.0) / h * 2;
-        const auto held = [scale](double pan) { return std::clamp(pan, 1 - scale, scale - 1); };
-        const Look zoomed{rotation, scale, held(-centreX * scale), held(-centreY * scale), {}, {}};
-        const Look whole{rotation, 0.3, 0.7, -0.7, {}, {}};
+        // As large as fits and at the centre of the view, as far as the picture's edges allow; over it the whole at
+        // 0.3, 0.7 of the view right and down.
+        const double scale = std::min(1.0 * w / rect.width, 1.0 * h / rect.height);
+        const double panX = std::clamp((1 - (rect.x * 2.0 + rect.width) / w) * scale, 1 - scale, scale - 1);
+        const double panY = std::clamp(((rect.y * 2.0 + rect.height) / h - 1) * scale, 1 - scale, scale - 1);
+        const Look zoomed{rotation, scale, panX, panY, {}, {}}, whole{rotation, 0.3, 0.7, -0.7, {}, {}};
         const Expectation zoom(source, zoomed, 320, 240), inset(source, whole, 320, 240);
         compare(shown(source), {0, 0, 320, 240}, name, [&](double x, double y, Color& wanted) {
-            const Place q = inset.onQuad(x, y);
-            const bool inInset = std::abs(q.x) < 1 && std::abs(q.y) < 1;
-            wanted = inInset ? inset.at(x, y) : zoom.at(x, y);
+            wanted = inset.beyond(x, y) < 0 ? inset.at(x, y) : zoom.at(x, y);
             return !inset.isAtEdge(x, y) && !zoom.isAtEdge(x, y);
         });
     }
@@ -188,36 +172,26 @@ TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
     expectShown(source, {0, 2, 0, 0, {}, {}}, "a rectangle without a width: the zoom before it comes back");
 }
 
-TEST_F(FlatView, findsTheSettingsMadeBeforeIt) {
-    const LensParam lens{-0.2, 0, 0, 0, 0, 1, 1, 0.5, 0.5, 0, 0, 0, 0};
-    const Look look{180, 2, 0, 0, lens, {16, 32, 48}};
-    const Frame source = smoothFrame(120, 160);
-    bus.setConfig(DCFG_ROTATION, 180);
-    bus.setConfig(DCFG_SCALE, 9.0f);
-    bus.setConfig(DCFG_MAX_SCALE, 2.0f);
-    bus.setConfig(DCFG_CLEAR_COLOR, 0x00102030);
-    bus.setConfig(DCFG_LENS_PARAM, &lens);
-    start(320, 160);
-    expectShown(source, look, "before the display");
-    bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
-    expectShown(source, look, "a new surface");
-}
-
 TEST_F(FlatView, answersTheZoomInForce) {
     start(128, 128);
     shown(smoothFrame(64, 64));
-    const struct { float set, answered; } cases[] = {{9, 4}, {0.1f, 1}, {NAN, 1}, {-INFINITY, 1}, {3, 3}};
-    for (const auto& [set, answered] : cases) {
-        bus.setConfig(DCFG_SCALE, set);
-        EXPECT_EQ(scale(), answered) << set;
+    const struct {
+        std::int64_t id;
+        float set, answered;
+    } cases[] = {
+        {DCFG_SCALE, 9, 4},          {DCFG_SCALE, 0.1f, 1},    {DCFG_SCALE, NAN, 1},    {DCFG_SCALE, -INFINITY, 1},
+        {DCFG_PINCH, 1.01f, 1.055f}, {DCFG_PINCH, 100, 1.11f}, {DCFG_PINCH, 1, 1.055f}, {DCFG_PINCH, 0, 1},
+        {DCFG_SCALE, 5, 4},          {DCFG_MAX_SCALE, NAN, 4}, {DCFG_MAX_SCALE, 10, 4}, {DCFG_MAX_SCALE, 2, 2},
+        {DCFG_MAX_SCALE, 0.5f, 1},   {DCFG_MAX_SCALE, 4, 1},   {DCFG_SCALE, 3, 3},
+    };
+    for (const auto& [id, set, answered] : cases) {
+        bus.setConfig(id, set);
+        EXPECT_FLOAT_EQ(scale(), answered) << id << ' ' << set;
     }
-    bus.setConfig(DCFG_MAX_SCALE, NAN);
-    EXPECT_EQ(scale(), 3.0f);
-    const TouchPoint outside{129, 5}, corner{0, 128};
-    bus.setConfig(DCFG_DOUBLE_TAP, &outside);
+    touch(DCFG_DOUBLE_TAP, 129, 5);
     redraw();
     EXPECT_EQ(scale(), 3.0f) << "a tap outside the surface starts nothing";
-    bus.setConfig(DCFG_DOUBLE_TAP, &corner);
+    touch(DCFG_DOUBLE_TAP, 0, 128);
     ASSERT_TRUE(waitForSwaps(40));  // 34 steps back to 1; the flight pulls its own frames
     EXPECT_EQ(scale(), 1.0f);
 }

@@ -1,8 +1,6 @@
 #include <vector>
 
-#include "views/halopicture.h"
 #include "views/panesgl.h"
-#include "views/runlengthpicture.h"
 
 namespace zet::test {
 namespace {
@@ -10,12 +8,12 @@ namespace {
 constexpr int width = 420, height = 300;
 
 struct HalfSphere : PanesGl {
-    // At the far pose, on the clear colour.
-    void begin(int backdrop = 0, int stars = 0) {
+    // At the far pose unless it opens.
+    void begin(int halo, int stars, int opening = 0) {
         startView(1, width, height);
-        const SceneBackdrop scene = {backdrop, stars};
+        const SceneBackdrop scene{halo, stars};
         bus.setConfig(DCFG_SCENE_BACKDROP, &scene);
-        bus.setConfig(DCFG_OPENING_FLIGHT, 0);
+        bus.setConfig(DCFG_OPENING_FLIGHT, opening);
         bus.setConfig(DCFG_YUV_FRAME, &frame.record);
         drawOut();
     }
@@ -33,14 +31,12 @@ struct HalfSphere : PanesGl {
 };
 
 TEST_F(HalfSphere, showsTheBowlFromEveryPose) {
-    begin();
+    begin(0, 0);
     expectScreen(6.1, 0, 0, 0, 0, "far");
-    drag(0, 0, 200, 0);  // clockwise
-    expectScreen(6.1, 0, 0, 0, 40.5, "far, turned");
     touch(DCFG_TOUCH_DOWN, 1, 1);
     const double share = 2.25 * 18 / 92.287971;  // of the way from far to low
-    drag(0, 0, 0, 200);
-    expectScreen(6.1 - 4.1 * share, -40.5, 3.5770595 * share, -0.23966840 * share, 40.5, "half way");
+    drag(0, 0, 200, 200);                        // clockwise
+    expectScreen(6.1 - 4.1 * share, -40.5, 3.5770595 * share, -0.23966840 * share, 40.5, "half way, turned");
     drag(0, 0, -300, 1000);
     drawOut();
     expectScreen(2, -92.287971, 3.5770595, -0.23966840, -20.25, "low");
@@ -49,49 +45,41 @@ TEST_F(HalfSphere, showsTheBowlFromEveryPose) {
     expectScreen(2, -45.560596, 1.8790853, 1.3989465, -20.25, "sprung back");
 }
 
-// Where light lies between the rim and the screen's edge, degrees clockwise from the right.
-template <typename Light>
-double brightSide(const Light& light) {
-    double right = 0, down = 0;
-    for (int turn = 0; turn < 360; turn += 2) {
-        const double x = std::cos(turn / halfTurn), y = std::sin(turn / halfTurn);
-        for (double radius = 0.88; radius < 1; radius += 0.01) {
-            right += light(radius * x, radius * y) * x;
-            down += light(radius * x, radius * y) * y;
-        }
+TEST_F(HalfSphere, asksForFramesOnlyWhileItMovesByItself) {
+    EXPECT_GT(requestsOf([this] { begin(0, 0, 1); }), 30) << "on the flight of 66 frames";
+    for (int i = 0; i < 3; ++i) drawOut();
+    const AutoRotate turning{1, 1};
+    bus.setConfig(DCFG_AUTO_ROTATE, &turning);
+    EXPECT_EQ(requestsOf([this] { drawOut(); }), 1) << "this one; a turn alone takes place with the video";
+    for (const SceneBackdrop& scene : {SceneBackdrop{0, 1}, {1, 0}}) {
+        bus.setConfig(DCFG_SCENE_BACKDROP, &scene);
+        EXPECT_GT(requestsOf([this] { drawOut(); }), 25) << "stars " << scene.stars;
     }
-    return std::atan2(down, right) * halfTurn;
 }
 
 TEST_F(HalfSphere, haloGoesRoundOutsideTheRim) {
-    // The picture's circle has a radius of 185 of its pixels; it stands 18.5 wide and 7.1 + 12 away.
-    const ZETShow::PlanarPicture picture = ZETShow::unpackPicture(ZETShow::haloPicture);
-    const double start = brightSide([&](double x, double y) {
-        const int column = static_cast<int>(240 + x * 191), row = static_cast<int>(240 + y * 191);
-        const double luma = picture.plane(0)[480 * row + column];
-        const double blueness = picture.plane(1)[240 * (row / 2) + column / 2];
-        return std::max(1.1643 * (luma - 16) + 2.017 * (blueness - 128), 0.0);  // limited-range BT.601
-    });
     int draws = 0;
-    double farthestOff = 0;
-    double radius = 0;  // of the brightest light on the bright side
+    double side = 0, firstSide = 0, farthestOff = 0;  // of the light, degrees clockwise from the right
     std::vector<GLubyte> pixels(4 * width * height);
+    const auto blue = [&pixels](double x, double y) {  // from the middle, in halves of the height
+        const int column = static_cast<int>(width / 2 + x * height / 2);
+        const int row = static_cast<int>(height / 2 - y * height / 2);
+        return pixels[static_cast<std::size_t>(4 * (width * row + column) + 2)];
+    };
     const auto look = [&] {
         glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-        const auto blue = [&](double x, double y) {
-            const int column = static_cast<int>(width / 2 + x * height / 2);
-            const int row = static_cast<int>(height / 2 - y * height / 2);
-            return 1.0 * pixels[static_cast<std::size_t>(4 * (width * row + column) + 2)];
-        };
         if (blue(0, 0) == 0) return;  // no picture yet
-        const double side = brightSide(blue);
-        farthestOff = std::max(farthestOff, std::abs(std::remainder(side - start - 0.65 * ++draws, 360)));
-        double brightest = 0;
-        for (double r = 0.86; r < 1; r += 0.005) {
-            const double value = blue(r * std::cos(side / halfTurn), r * std::sin(side / halfTurn));
-            if (value > brightest) radius = r;
-            brightest = std::max(brightest, value);
+        double right = 0, down = 0;
+        for (double turn = 0; turn < 360 / halfTurn; turn += 0.03) {
+            for (double radius = 0.88; radius < 1; radius += 0.01) {
+                const double x = std::cos(turn), y = std::sin(turn);
+                right += blue(radius * x, radius * y) * x;
+                down += blue(radius * x, radius * y) * y;
+            }
         }
+        side = std::atan2(down, right) * halfTurn;
+        if (draws++ == 0) firstSide = side;
+        farthestOff = std::max(farthestOff, std::abs(std::remainder(side - firstSide - 0.65 * (draws - 1), 360)));
     };
     {
         const SwapHook hook(look);
@@ -99,7 +87,12 @@ TEST_F(HalfSphere, haloGoesRoundOutsideTheRim) {
     }
     EXPECT_GT(draws, 25);
     EXPECT_LT(farthestOff, 1.5);
-    EXPECT_NEAR(radius, 18.5 / 19.1, 0.02);
+    EXPECT_NEAR(firstSide, 15, 15) << "brightest on the right and the lower right";
+    double radius = 0.86;  // of the brightest place there
+    const auto at = [&](double r) { return blue(r * std::cos(side / halfTurn), r * std::sin(side / halfTurn)); };
+    for (double r = 0.86; r < 1; r += 0.005)
+        if (at(r) > at(radius)) radius = r;
+    EXPECT_NEAR(radius, 18.5 / 19.1, 0.02) << "a circle of 18.5, seen from 7.1 + 12";
 }
 
 TEST_F(HalfSphere, starsStandOutsideTheBowl) {
@@ -107,7 +100,7 @@ TEST_F(HalfSphere, starsStandOutsideTheBowl) {
     const Picture screen = shown();
     int dim = 0, white = 0;
     for (int i = 0; i < width * height; ++i) {
-        const Color& color = screen.at(i % width, i / width);
+        const Color& color = screen.pixels[static_cast<std::size_t>(i)];
         if (std::hypot(i % width + 0.5 - width / 2, i / width + 0.5 - height / 2) < 150 || color.b < 40) continue;
         ASSERT_EQ(color.r, color.g);
         dim += std::abs(color.b / color.r - 0.5 / 0.4) < 0.04;
