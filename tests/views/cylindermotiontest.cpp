@@ -48,6 +48,29 @@ TEST(CylinderSideMotion, pinchesCrossTheBorderOfTheRestStates) {
     EXPECT_EQ(motion.phase(), Phase::RestingOut);
 }
 
+TEST(CylinderSphereMotion, tiltMovesTheSceneAndTheEye) {
+    const struct {
+        const char* name;
+        double tilt, shown, lift, eyeZ;
+    } cases[] = {
+        {"beyond the lower end", -100, -4.32, 0.378, 20.05},
+        {"half way down", 10.79, 10.79, 0.189, 20.05},
+        {"half way up", 41.01, 41.01, 0, 20.05 - 0.75},
+        {"beyond the upper end", 300, 56.12, 0, 20.05 - 1.5},
+        {"one turn and 10.79 degrees", 370.79, 10.79, 0.189, 20.05},
+        {"not quite one turn back", -350, -4.32, 0.378, 20.05},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        CylinderSphereMotion motion(bowlPose);
+        motion.drag(0, static_cast<float>(c.tilt / 0.1125), 0, 0);
+        motion.step();
+        EXPECT_NEAR(motion._shownTilt, -126.06 + c.shown, 1e-4);
+        EXPECT_NEAR(motion._liftY, c.lift, 1e-5);
+        EXPECT_NEAR(motion._eyeZ, c.eyeZ, 1e-5);
+    }
+}
+
 TEST(CylinderMotions, turnByFlingsAndThenByThemselvesUntilATouch) {
     CylinderSideMotion strip;
     CylinderSphereMotion drum(drumPose);
