@@ -14,7 +14,7 @@
 #include "config/relaxed.h"
 #include "display/condition.h"
 #include "display/displaycommon.h"
-#include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
 namespace zet::ZETShow {

@@ -10,7 +10,7 @@
 #include "config/door.h"
 #include "config/relaxed.h"
 #include "display/displaycommon.h"
-#include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
 namespace zet::ZETShow {
