@@ -4,6 +4,7 @@
 
 #include "views/halfspherescene.h"
 
+#include "display/displaycommon.h"
 #include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/halopicture.h"
@@ -114,10 +115,7 @@ void HalfSphereScene::loadPicture() {
         glBindTexture(GL_TEXTURE_2D, _backTextures[i]);
         glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, picture.planeWidth(i), picture.planeHeight(i), 0, GL_LUMINANCE,
                      GL_UNSIGNED_BYTE, picture.plane(i));
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        sampleSmoothly();
     }
 }
 
