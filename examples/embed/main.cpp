@@ -41,7 +41,7 @@ int main(int count, char** words) {
     XSetWMProtocols(x, window, &closing, 1);
     XSelectInput(x, window, ButtonPressMask | ButtonReleaseMask | Button1MotionMask);
     XMapWindow(x, window);
-    XSync(x, False);  // the module has a connection of its own: the window must be known to the server
+    XSync(x, False);  // the module has a connection of its own: the server must know the window before it
 
     zet::GlobalConfiger global;
     zet::DisplayConfig bus;
@@ -55,7 +55,7 @@ int main(int count, char** words) {
         while (XPending(x)) {
             XEvent event;
             XNextEvent(x, &event);
-            if (event.type == ClientMessage) return 0;  // the display goes first, then bus and window
+            if (event.type == ClientMessage) return 0;  // the display goes before bus and window, as it was made last
             const zet::TouchPoint last = finger;
             finger = {static_cast<float>(event.xbutton.x), static_cast<float>(event.xbutton.y)};
             zet::DragPoints drag{last.x, last.y, finger.x, finger.y};
@@ -67,7 +67,7 @@ int main(int count, char** words) {
         zet::YUV420PData frame;
         frame.y = picture.y.data(), frame.u = picture.u.data(), frame.v = picture.v.data();
         frame.yLineSize = frame.width = frame.height = Picture::side;
-        frame.uvLineSize = Picture::side / 2;
+        frame.uvLineSize = Picture::side / 2;  // and no lensRegion: the picture is the lens circle and nothing else
         bus.setConfig(zet::DCFG_YUV_FRAME, &frame);  // back when the planes have been read
         std::this_thread::sleep_for(std::chrono::milliseconds(33));
     }

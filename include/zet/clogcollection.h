@@ -15,9 +15,9 @@ public:
     CLogCollection& operator=(const CLogCollection& other);  ///< copies all three
     ~CLogCollection();
 
-    std::uint32_t words[31] = {};  ///< the value, as far as it stands before the text
-    std::string text;              ///< the text
-    std::uint32_t tail[2] = {};    ///< the value, as far as it stands behind the text
+    std::uint32_t words[31] = {};  ///< its words in front of the text; nothing here reads them
+    std::string text;              ///< its text
+    std::uint32_t tail[2] = {};    ///< its words behind the text
 };
 
 }  // namespace zet

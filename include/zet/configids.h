@@ -6,10 +6,10 @@ namespace zet {
 
 /// Event mask of a registration, and event word of a delivery: an observer is called when the two share a bit.
 enum DisplayConfigFlag : unsigned {
-    DCFG_FLAG_VALUE = 0x01,   ///< a setting got a value
-    DCFG_FLAG_EVENT = 0x02,   ///< something happened, equal records included
-    DCFG_FLAG_READ = 0x04,    ///< somebody asks for the value
-    DCFG_FLAG_REPLAY = 0x20,  ///< the stored value reaches an observer that registers late
+    DCFG_FLAG_VALUE = 0x01,   ///< a set; asked for by those to whom the value counts
+    DCFG_FLAG_EVENT = 0x02,   ///< a set too; asked for by those to whom each set counts, also one of an equal value
+    DCFG_FLAG_READ = 0x04,    ///< a `readConfig`: answer with the value as it stands now
+    DCFG_FLAG_REPLAY = 0x20,  ///< the stored value, at the registration of an observer that comes after its set
 };
 
 /// One identifier from its low word: the 32-bit 0x9000nnnn, sign-extended.
@@ -18,37 +18,42 @@ constexpr std::int64_t displayConfigId(std::uint32_t lowWord) {
 }
 
 // Every identifier that the module observes or sets, with the form of its value. "By value" is a 32-bit integer, a
-// 32-bit float or a pointer that the setter goes on owning; a record may be given by its address or as a block.
+// 32-bit float or a pointer that the setter goes on owning; a record may be given by its address or as a block. Where
+// "the setter waits", the set returns when the render thread has done the work.
 
 /// Native window handle, by value; null for none. The setter waits until the surface stands.
 inline constexpr std::int64_t DCFG_WINDOW_INSTANCE = displayConfigId(0x90000001);
-/// `YUV420PData`. The setter waits until the planes are uploaded; the memory is its own again then.
+/// `YUV420PData`. The setter waits until the planes are uploaded; the memory is its own again then. Dropped while the
+/// last frame has not been drawn yet.
 inline constexpr std::int64_t DCFG_YUV_FRAME = displayConfigId(0x90000002);
-/// No value. Asks for 30 further draws of the current frame. Never blocks.
+/// No value. Asks for 30 further draws of the current frame, counted from now; never waits for the render thread. The
+/// module sets it too, on the render thread among others: its observers only store a flag, and set and read nothing.
 inline constexpr std::int64_t DCFG_RENDER_REQUEST = displayConfigId(0x90000003);
 /// `TouchPoint`, surface pixels from the top left corner.
 inline constexpr std::int64_t DCFG_TOUCH_DOWN = displayConfigId(0x90000004);
 /// `TouchPoint`, surface pixels from the top left corner.
 inline constexpr std::int64_t DCFG_TOUCH_UP = displayConfigId(0x90000005);
-/// Float by value: a ratio, above 1 to come nearer.
+/// Float by value: a ratio. One step nearer above 1, otherwise one step back, whatever its size.
 inline constexpr std::int64_t DCFG_PINCH = displayConfigId(0x90000006);
 /// `TouchPoint`, surface pixels from the top left corner.
 inline constexpr std::int64_t DCFG_DOUBLE_TAP = displayConfigId(0x90000007);
 /// `DragPoints`, surface pixels from the top left corner.
 inline constexpr std::int64_t DCFG_DRAG = displayConfigId(0x90000008);
-/// Set by the module: its EGL context by value once it stands, null before it goes.
+/// Set by the module on the render thread: its EGL context by value once it stands, null before it goes. Observers must
+/// not set or read anything on the bus.
 inline constexpr std::int64_t DCFG_GL_CONTEXT = displayConfigId(0x9000000b);
-/// Int by value: the view, 0 to 10. The setter waits until the view stands.
+/// Int by value: the view, 0 to 10; any other number shows none. The setter waits until the view stands.
 inline constexpr std::int64_t DCFG_RENDER_MODE = displayConfigId(0x9000000c);
 /// `SnapData`. The setter waits until the picture is in its buffer.
 inline constexpr std::int64_t DCFG_SNAP = displayConfigId(0x9000000e);
 /// Int by value: what is drawn beside a face, see `FaceOption`. Flat view.
 inline constexpr std::int64_t DCFG_FACE_OPTION = displayConfigId(0x90000010);
-/// `LensParam`. Flat view.
+/// `LensParam`. The setter waits until it is in force. Flat view.
 inline constexpr std::int64_t DCFG_LENS_PARAM = displayConfigId(0x90000012);
-/// `OverlayRect` followed by the NUL-terminated path of a BMP file. Flat view.
+/// One block: an `OverlayRect`, followed by the NUL-terminated path of a BMP file. The setter waits until the file has
+/// been read. Flat view.
 inline constexpr std::int64_t DCFG_OVERLAY_IMAGE = displayConfigId(0x90000013);
-/// Uint32 by value, 0x..RRGGBB: the colour beside the picture. Flat view.
+/// Uint32 by value, 0x00RRGGBB: the colour beside the picture. Flat view.
 inline constexpr std::int64_t DCFG_CLEAR_COLOR = displayConfigId(0x90000014);
 /// Float by value: upper bound of the zoom, at most 4.0. Flat view.
 inline constexpr std::int64_t DCFG_MAX_SCALE = displayConfigId(0x90000017);
@@ -64,7 +69,8 @@ inline constexpr std::int64_t DCFG_OPENING_FLIGHT = displayConfigId(0x9000001c);
 inline constexpr std::int64_t DCFG_SCENE_BACKDROP = displayConfigId(0x9000001d);
 /// Uint32 by value: degrees clockwise, 0, 90, 180 or 270, taken modulo 360. Flat view.
 inline constexpr std::int64_t DCFG_ROTATION = displayConfigId(0x9000001e);
-/// Set by the module with the address of the `SnapData` in work: the player fills in its own copy of the frame.
+/// Set by the module on the render thread, with the address of the `SnapData` in work: the player's observer writes its
+/// own copy of the frame into the buffer, top row first, and its size. It must not set or read anything on the bus.
 inline constexpr std::int64_t DCFG_FRAME_READ = displayConfigId(0x9000001f);
 
 }  // namespace zet

@@ -27,14 +27,18 @@ struct SizeHelp {
     int size = 0;                ///< bytes
 };
 
-/// The configuration bus: 33 slots, one an identifier, each with its value and its observers.
+/// The configuration bus: 33 slots, for the identifiers 0x90000000 to 0x90000020, each with a value and observers.
 ///
 /// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
 /// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
 /// returns when the last has returned; sets of one identifier wait for each other, sets of different ones do not.
+///
+/// Code that runs on a display's render thread, such as an observer of what the module sets, neither sets nor reads
+/// anything on the bus: another thread may be inside that identifier's set and wait there for the render thread, and
+/// then both wait for ever. To register observers and to end registrations is safe there too.
 class ZET_API DisplayConfig {
 public:
-    /// The result is ignored.
+    /// An observer: the bus and the delivery, which is only good during the call. Its result is ignored.
     using Callback = std::function<int(DisplayConfig&, DisplayConfigUserData&)>;
 
     DisplayConfig();
@@ -51,6 +55,11 @@ public:
     int setConfig(std::int64_t id, std::nullptr_t);       ///< by value: none
     /// By value: a native handle, or the address of a record that stays the setter's. A gesture record may be
     /// changed by the delivery: its coordinates are scaled in place.
+    ///
+    /// The bus keeps the bare address, and delivers it again to each observer that asks for replay. The module does so
+    /// for no frame, snapshot or gesture: these records may go when the set returns. It does so for every setting, at
+    /// each change of view: the record of a setting that is given here must live as long as the bus. Give settings as
+    /// typed records or as `SizeHelp` instead, of which the bus keeps a copy.
     int setConfig(std::int64_t id, const void* value);
     int setConfig(std::int64_t id, std::uintptr_t handle);  ///< by value: a native handle that is a number
     /// Copies `value.size` bytes into a block of the bus.
@@ -58,7 +67,7 @@ public:
     /// Copies a string with its NUL into a block of the bus.
     int setConfig(std::int64_t id, const char* text);
     int setConfig(std::int64_t id, const std::string& text);  ///< the same
-    /// Copies the record of a setting into a block of the bus.
+    /// Copies the record of a setting into a block of the bus. `record` is read during the call; null is refused.
     template <SettingRecord Record>
     int setConfig(std::int64_t id, const Record* record) {
         return setConfig(id, SizeHelp{record, static_cast<int>(sizeof(Record))});
@@ -71,17 +80,18 @@ public:
         return setConfigHelp(datas, static_cast<int>(2 + sizeof...(More)), sizes, id);
     }
 
-    /// Asks the observers of `id` for its value as it stands now. 0 if one has answered, otherwise -1 with `value`
-    /// untouched. `DCFG_SCALE` answers while the flat view is in force.
+    /// Asks the observers of `id`, on the calling thread, for its value as it stands now. 0 if one has answered,
+    /// otherwise -1 with `value` untouched. `DCFG_SCALE` answers while the flat view is in force.
     int readConfig(std::int64_t id, float& value);
 
-    /// Adds an observer behind those that are there and returns its handle; null for an identifier outside the table.
+    /// Adds an observer behind those that are there and returns its handle; null for an identifier outside the table
+    /// or an empty callback. `flag` holds the `DisplayConfigFlag` bits to be called for, `userData` is handed through.
     ///
     /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
-    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`; it never waits for a set that another thread is in.
+    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in.
     void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
-    /// Ends a registration and clears `handle`; -1 for a handle that is not in force. Once it has returned no call
-    /// begins; a call that another thread has begun may still be finishing. It never waits for such a call.
+    /// Ends a registration and clears `handle`: 0, or -1 for a handle that is not in force. Once it has returned no
+    /// call begins; a call that another thread has begun may still be finishing. Never waits for such a call.
     int unRegistObserver(void*& handle);
 
     /// @{
@@ -140,7 +150,8 @@ private:
     DisplayConfigData _slots[slotCount];
 };
 
-/// A registration, as its observer sees it. The accessors read the slot as it stands; call them inside the delivery.
+/// A registration and the value that is delivered to it, as its observer sees them. The accessors read the slot as it
+/// stands: call them inside the delivery, on its thread.
 class ZET_API DisplayConfigUserData {
 public:
     void* getUserData() const { return _userData; }              ///< as it was registered
@@ -149,14 +160,16 @@ public:
     std::int64_t getConfigId() const;                            ///< the identifier that is delivered
     /// The value: a word by value, or the address of a record.
     void* getData() const;
-    void* lastData() const;  ///< the value before this one
+    /// The value before this one; null in a replay. The address of a record that stays the setter's may be stale.
+    void* lastData() const;
     /// Event word of the delivery, `DisplayConfigFlag` bits.
     int getState() const;
 
     /// Bytes of the block that `getData` points to; 0 if the value is a word.
     int getBlockSize() const;
 
-    /// The value as a record; null if there is none or its block is too short for one.
+    /// The value as a record; null if there is none or its block is too short for one. A word by value is taken for the
+    /// record's address, so ask only where the identifier has a record.
     template <typename Record>
     Record* getRecord() const {
         const bool whole = getBlockSize() == 0 || getBlockSize() >= static_cast<int>(sizeof(Record));
@@ -176,29 +189,6 @@ private:
     DisplayConfig::DisplayConfigData* _slot = nullptr;
     void* _reserved = nullptr;
     DisplayConfig::Callback _callback;
-};
-
-/// Base of every object that observes the bus: its registrations end with it.
-class ZET_API DisplayConfigKit {
-public:
-    /// Observes `config`, which is not owned and must outlive the object.
-    explicit DisplayConfigKit(DisplayConfig* config);
-    /// @{
-    /// Both name the same registrations from then on: whichever goes first ends them.
-    DisplayConfigKit(const DisplayConfigKit& other);
-    DisplayConfigKit& operator=(const DisplayConfigKit& other);
-    /// @}
-    virtual ~DisplayConfigKit();
-
-    /// Registers an observer that ends with this object, with no user data. Always 0.
-    int regist(std::int64_t id, const DisplayConfig::Callback& callback, int flag);
-
-protected:
-    /// Ends all registrations in their order. Always 0.
-    int unRegistAll();
-
-    std::vector<void*> _handles;  ///< of the registrations, in their order
-    DisplayConfig* _config;       ///< the bus
 };
 
 }  // namespace zet

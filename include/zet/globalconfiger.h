@@ -38,13 +38,14 @@ public:
 
     // What the player says.
 
-    /// A font file that FreeType can open, for labels and timestamps; empty for none.
+    /// A font file that FreeType can open, for labels and timestamps; empty for none. Read at each snapshot with a
+    /// timestamp, and once by each flat view, at its first faces.
     void setFontPath(const std::string& path);
     /// Base time of the timestamp in a snapshot, milliseconds since 1970-01-01 UTC; 0 for no timestamp.
     void setStartTime4WaterMarker(std::int64_t milliseconds);
     /// See `MVConfigerBaseData::rectZoom`.
     void setRectZoom(bool on);
-    /// Who hears of an error; an empty one for nobody.
+    /// Who hears of an error; an empty one for nobody. Set it before the display is made: EGL comes up at once.
     void setErrorCallback(const ErrorCallback& callback);
     /// Kept for the player; the display module doesn't ask for it.
     void setPlayer(IZETMediaPlayer* player);
@@ -54,7 +55,7 @@ public:
     /// Path of the font file, never null. The characters stay valid until the same thread asks again.
     char* GetFontPath();
     std::int64_t GetStartTime4WaterMarker();  ///< as it was set; 0 at first
-    MVConfigerBaseData& GetConfigBaseData();  ///< may be read and changed while it is in use
+    MVConfigerBaseData& GetConfigBaseData();  ///< may be read and changed at any time
     /// Hands an error to the player; 0 if the player listens, otherwise -1.
     int onErrorCallback(int code, const std::string& error, const std::string& file, int line);
     std::recursive_mutex& getMutex();  ///< guards all but the base data

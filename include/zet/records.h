@@ -31,34 +31,42 @@ struct RectItem {
 };
 static_assert(sizeof(RectItem) == 20);
 
-/// A decoded picture in planar YUV 4:2:0, full-range BT.601, top row first: value of `DCFG_YUV_FRAME`.
+/// A decoded picture in planar YUV 4:2:0, full range, top row first: value of `DCFG_YUV_FRAME`.
+///
+/// With Y from 0 to 1, U and V from -0.5 to 0.5, it is shown as R = Y + 1.13983 V, G = Y - 0.39465 U - 0.58060 V,
+/// B = Y + 2.03211 U: the luma of BT.601 with the weights of analogue U and V. Full-range BT.601 as JFIF defines it
+/// (1.402 and 1.772) is what players set; its reds come out a little weaker and its blues a little stronger.
 ///
 /// Everything that it points to belongs to the setter and is read only until the set returns. `yLineSize` must be a
-/// multiple of 4 and `uvLineSize` of 2, `height` even. A record that breaks this, lacks a plane or is larger than
-/// the GL allows is refused: the last picture stays.
+/// multiple of 4 and `uvLineSize` of 2. A record that breaks this, lacks a plane or is larger than the GL allows is
+/// refused: the last picture stays. `height` is best even; an odd one needs (height + 1) / 2 rows of `u` and `v`.
 struct YUV420PData {
     const std::uint8_t* y = nullptr;  ///< luma
     const std::uint8_t* u = nullptr;  ///< blue difference, half the size both ways
     const std::uint8_t* v = nullptr;  ///< red difference, half the size both ways
     int yLineSize = 0;                ///< bytes per line of `y`, at least `width`
-    int uvLineSize = 0;               ///< bytes per line of `u` and of `v`, at least half of `width`
+    int uvLineSize = 0;               ///< bytes per line of `u` and of `v`, at least half of `width`, rounded up
     int reserved = 0;                 ///< not read
     int width = 0;                    ///< pixels
     int height = 0;                   ///< pixels
     int aiCount = 0;                  ///< items in `aiItems`, 0 for none
     const void* aiItems = nullptr;    ///< `FaceItem` or `RectItem`, by `aiKind`
     const int* aiKind = nullptr;      ///< an `AiKind`; read only if `aiCount` is not 0
-    const int* lensRegion = nullptr;  ///< centre x, y, radius x, y of the lens circle in 1/10000 of width or height
+    /// Four numbers: centre x, y and radius x, y of the lens circle, in 1/10000 of `width` (x) or `height` (y). Null:
+    /// the largest square at the picture's top left corner is taken. Mode 10 takes a rectangle, without one the whole
+    /// picture; the flat view doesn't look at it.
+    const int* lensRegion = nullptr;
 };
 
-/// Value of `DCFG_SNAP`: in what is asked for and where it goes, out how large it became.
+/// Value of `DCFG_SNAP`: in what is asked for and where it goes, out how large it became. Where the picture can't be
+/// had or doesn't fit, nothing is written: `width` and `height` stay as they were.
 struct SnapData {
     int sourceFrame = 0;             ///< in: 0 what the window shows, anything else the frame itself
     std::uint8_t* buffer = nullptr;  ///< in: RGBA, `width * height * 4` bytes, rows without padding
     int bufferSize = 0;              ///< in: bytes
-    int width = 0;                   ///< out: pixels
+    int width = 0;                   ///< out: pixels; still 0, the default, after a refusal
     int height = 0;                  ///< out: pixels
-    int postProcess = 0;             ///< in: not 0 for top row first, with the timestamp burned in
+    int postProcess = 0;             ///< in: 0 for bottom row first, else top row first with the timestamp burned in
     int timeOffset = 0;              ///< in: milliseconds added to the start time of the timestamp
 };
 
@@ -68,7 +76,8 @@ struct TouchPoint {
     float y = 0;  ///< downward
 };
 
-/// Value of `DCFG_DRAG`: from the first point to the second.
+/// Value of `DCFG_DRAG`, a step of a finger from the first point to the second: surface pixels, origin at the top left
+/// corner.
 struct DragPoints {
     float x1 = 0;  ///< from here, to the right
     float y1 = 0;  ///< downward
@@ -85,7 +94,7 @@ struct Fling {
 /// Value of `DCFG_AUTO_ROTATE`.
 struct AutoRotate {
     std::int32_t enable = 0;  ///< not 0 turns the rotation on
-    float speed = 0;          ///< factor on the view's own speed; below 0 the other way round
+    float speed = 0;          ///< factor on the view's own speed, below 0 the other way round; some views ignore it
 };
 
 /// Value of `DCFG_SCENE_BACKDROP`: two truth values.
@@ -97,7 +106,7 @@ struct SceneBackdrop {
 /// Value of `DCFG_LENS_PARAM`: radial and tangential distortion after D. C. Brown, "Decentering distortion of
 /// lenses" (1966), in texture coordinates (0 to 1, origin at the top left corner), and margins of the picture.
 struct LensParam {
-    double k1 = 0;            ///< radial; 0 switches the correction off, the margins stay
+    double k1 = 0;            ///< radial, second power of the radius; 0 switches the correction off, the margins stay
     double k2 = 0;            ///< radial, fourth power
     double k3 = 0;            ///< radial, sixth power
     double p1 = 0;            ///< tangential, down the picture
@@ -106,10 +115,10 @@ struct LensParam {
     double fy = 1;            ///< focal length down
     double ox = 0.5;          ///< optical centre across
     double oy = 0.5;          ///< optical centre down
-    double bottomMargin = 0;  ///< added to the bottom edge, 1
-    double leftMargin = 0;    ///< added to the left edge, 0
-    double topMargin = 0;     ///< added to the top edge, 0
-    double rightMargin = 0;   ///< added to the right edge, 1
+    double bottomMargin = 0;  ///< the part that is shown ends at 1 plus this; below 0 cuts, above 0 widens
+    double leftMargin = 0;    ///< it begins at this; above 0 cuts, below 0 widens
+    double topMargin = 0;     ///< as `leftMargin`
+    double rightMargin = 0;   ///< as `bottomMargin`
 };
 static_assert(sizeof(LensParam) == 104);
 

@@ -5,6 +5,7 @@
 #include "zet/clogcollection.h"
 #include "zet/configids.h"
 #include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 #include "zet/records.h"
 #include "zet/zetdisplay.h"

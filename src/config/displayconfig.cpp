@@ -20,9 +20,7 @@ std::uint32_t bitsOf(const void* word) {
 
 DisplayConfig::DisplayConfig() = default;
 
-DisplayConfig::~DisplayConfig() {
-    // An array's members go in reverse order: the last slot first.
-}
+DisplayConfig::~DisplayConfig() = default;  // an array goes in reverse order: the last slot first
 
 DisplayConfig::DisplayConfigData::~DisplayConfigData() {
     if (lastSize != 0) delete[] static_cast<char*>(lastData);

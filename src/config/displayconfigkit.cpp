@@ -1,4 +1,4 @@
-#include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 
 namespace zet {
 

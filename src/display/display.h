@@ -14,7 +14,7 @@
 #include "config/relaxed.h"
 #include "display/condition.h"
 #include "display/displaycommon.h"
-#include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
 namespace zet::ZETShow {
@@ -57,6 +57,7 @@ private:
     void waitForPace();
     void waitForWork();
     void runTasks();
+    bool hasTask() const { return !_tasks.empty(); }
     bool drawIsOwed() const { return _frameReady || _redrawCount > 0; }
 
     // displayegl.cpp. Render thread.
@@ -93,21 +94,20 @@ private:
     Condition _idleCond;
     Condition _paceCond;
     int _exitRequested = 0;
-    int _threadEnded = 0;               // no task runs from now on
-    int _frameReady = 0;                // a frame has been uploaded and not yet drawn
-    std::atomic<int> _redrawCount = 0;  // draws owed without a new frame
-    int _hasTask = 0;                   // `_tasks` is not empty or is being run
-    std::vector<std::function<int()>> _tasks;
+    int _threadEnded = 0;                      // no task runs from now on
+    int _frameReady = 0;                       // a frame has been uploaded and not yet drawn
+    std::atomic<int> _redrawCount = 0;         // draws owed without a new frame
+    std::vector<std::function<int()>> _tasks;  // what is queued or being run: emptied when all have run
     Condition _taskDoneCond;
     Condition::Clock::time_point _lastDraw;
 
     // The frame and its view. Render thread.
-    const float _touchScale = 1.0f;
-    int _surfaceWidth = 0;  // pixels, as of the last draw
+    const float _touchScale = 1.0f;  // surface pixels to a unit of the gestures' coordinates, handed to the views
+    int _surfaceWidth = 0;           // pixels, as of the last draw
     int _surfaceHeight = 0;
     int _videoWidth = 0;  // pixels of the current frame
-    int _lineSize = 0;
     int _videoHeight = 0;
+    int _lineSize = 0;  // bytes of a row of its luma, padding included
     int _renderMode = 0;
     std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
     int _uvBufferSize = 0;                      // bytes in use by the last frame

@@ -27,7 +27,7 @@ struct ZoomRect {
     int height = 0;
 };
 
-/// Region of interest in pixels of the picture, origin at its first row.
+/// The square or rectangle of the lens circle, in pixels of the picture, origin at its top left corner.
 struct CropParam {
     int x = 0;
     int y = 0;
@@ -52,7 +52,7 @@ struct Texture {
 
     GLuint textures[3] = {};      // planes: Y as luminance, U and V as luminance and alpha; the third stays 0
     GLuint cropTextures[3] = {};  // first: the cropped picture, a texture that the view owns
-    int textureSize = 0;          // planes in force: 2 for a frame, 1 for one RGBA picture
+    int textureSize = 0;          // textures in force: 2 for the planes of a frame, 1 for the cropped RGBA picture
     GLuint* current = textures;   // the array in force
     std::vector<FaceInfo> faces;
     std::vector<ZoomRect> rects;
@@ -63,6 +63,10 @@ struct Texture {
 constexpr bool holdsPicture(int size, int width, int height) {
     return width > 0 && height > 0 && std::int64_t{width} * height <= size / 4;
 }
+
+/// Lets the texture that is bound be sampled between its texels and up to its edges, at any size: OpenGL ES 2 shows one
+/// whose sides aren't powers of two only without mipmaps and with clamped edges. Render thread.
+void sampleSmoothly();
 
 /// Logs and clears what glGetError holds.
 void checkGlError(const char* file, int line);

@@ -101,7 +101,7 @@ void Display::dropSurface() {
         _render.reset();
         _texture.clear();
         _texture.usePlanes();  // the cropped picture went with the view
-        _frameReady = 0;       // an undrawn frame went too: the first for the new window isn't dropped for it
+        _frameReady = 0;       // so did a frame not yet drawn, which would keep out the first of the new window
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     if (_eglSurface) {  // also where there is no context yet: a window takes one surface at a time

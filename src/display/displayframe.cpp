@@ -16,7 +16,7 @@ namespace {
 constexpr int flatMode = 0;      // never cropped
 constexpr int wall180Mode = 10;  // the one view that keeps a crop that isn't square
 
-// GL reads rows of a client picture at multiples of 4 bytes.
+// GL reads each row of a client picture from a multiple of 4 bytes on; a texel of interleaved U and V has 2.
 bool rowsAreAligned(const YUV420PData& frame) {
     return frame.yLineSize % 4 == 0 && frame.uvLineSize % 2 == 0;
 }
@@ -120,7 +120,8 @@ void Display::updateCropParam(const int* lensRegion) {
     crop.height = ry ? 2 * ry : h;
     if (_renderMode != wall180Mode) crop.width = crop.height = std::min(crop.width, crop.height);
     if (crop.width == w && w != _lineSize) {
-        // Stop short of the padding: the crop's coordinates are taken against the picture, the texture is a line wide.
+        // The crop is cut out by shares of the picture's width, but the texture is as wide as a line: this is the width
+        // whose share of the picture is the picture's share of a line, less a pixel, so that no padding is blended in.
         crop.width = static_cast<int>(static_cast<double>(w) / _lineSize * w - 1.0);
     }
 }

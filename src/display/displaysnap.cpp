@@ -10,9 +10,9 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int rgbaFormat = 26;  // AV_PIX_FMT_RGBA
+constexpr int rgbaFormat = 26;  // AV_PIX_FMT_RGBA, whose header only textfilter.cpp includes
 
-// GL reads the bottom row first.
+// Upside down in place: GL gives the bottom row first.
 void turnRows(std::uint8_t* picture, int width, int height) {
     const std::size_t lineSize = static_cast<std::size_t>(width) * 4;
     std::uint8_t* top = picture;

@@ -25,9 +25,9 @@ void Display::renderLoop() {
     _renderThreadId = std::this_thread::get_id();
     init();
     while (!_exitRequested) {
-        if (!_hasTask) drawOwed();
+        if (!hasTask()) drawOwed();
         waitForWork();
-        if (_hasTask) runTasks();
+        if (hasTask()) runTasks();
     }
     unInit();
     _threadEnded = 1;
@@ -39,7 +39,7 @@ void Display::drawOwed() {
     while (!_exitRequested && drawIsOwed()) {
         if (_redrawCount > 0) --_redrawCount;
         waitForPace();
-        if (_hasTask) return;
+        if (hasTask()) return;
         drawFrame();
         _lastDraw = Condition::Clock::now();
         _frameReady = 0;
@@ -50,17 +50,16 @@ void Display::waitForPace() {
     const auto now = Condition::Clock::now();
     const auto elapsed = std::chrono::duration_cast<milliseconds>(now - _lastDraw);
     if (elapsed >= drawPace) return;
-    _paceCond.waitWhileUntil(_mutex, now + (drawPace - elapsed), [this] { return !_exitRequested && !_hasTask; });
+    _paceCond.waitWhileUntil(_mutex, now + (drawPace - elapsed), [this] { return !_exitRequested && !hasTask(); });
 }
 
 void Display::waitForWork() {
-    _idleCond.waitWhile(_mutex, [this] { return !drawIsOwed() && !_exitRequested && !_hasTask; });
+    _idleCond.waitWhile(_mutex, [this] { return !drawIsOwed() && !_exitRequested && !hasTask(); });
 }
 
 void Display::runTasks() {
     for (const auto& task : _tasks) task();
     _tasks.clear();
-    _hasTask = 0;
     _taskDoneCond.notifyAll();
 }
 
@@ -68,13 +67,12 @@ int Display::postTask(const std::function<int()>& task) {
     std::unique_lock lock(_mutex);
     if (_renderThreadId == std::this_thread::get_id()) return task();
     if (_threadEnded) return 0;
-    _hasTask = 1;
     _tasks.push_back(task);
     _idleCond.notifyOne();
     _paceCond.notifyOne();
     // Not only until the exit is asked for: the thread runs what is queued on its way out, and the task may use what
     // stands on this thread's stack.
-    _taskDoneCond.waitWhile(lock, [this] { return _hasTask && !_threadEnded; });
+    _taskDoneCond.waitWhile(lock, [this] { return hasTask() && !_threadEnded; });
     return 0;
 }
 

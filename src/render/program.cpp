@@ -2,6 +2,9 @@
 
 namespace zet::ZETShow {
 
+namespace {
+
+// A shader's name, or 0 if it doesn't compile.
 GLuint compileShader(const char* source, GLenum type) {
     const GLuint shader = glCreateShader(type);
     if (shader == 0) return 0;
@@ -13,6 +16,8 @@ GLuint compileShader(const char* source, GLenum type) {
     glDeleteShader(shader);
     return 0;
 }
+
+}  // namespace
 
 GLuint buildProgram(const char* vertexSource, const char* fragmentSource) {
     const GLuint vertexShader = compileShader(vertexSource, GL_VERTEX_SHADER);

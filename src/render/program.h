@@ -6,8 +6,6 @@ namespace zet::ZETShow {
 
 // Render thread, with the context current.
 
-/// A shader's name, or 0 if it doesn't compile.
-GLuint compileShader(const char* source, GLenum type);
 /// A linked program's name, or 0 if a stage doesn't compile or the two don't link. Says nothing of the cause.
 GLuint buildProgram(const char* vertexSource, const char* fragmentSource);
 

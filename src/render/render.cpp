@@ -17,10 +17,6 @@ constexpr double flingDecay = 0.9;      // of the velocity, a frame
 constexpr float flingEnd = 0.5f;        // pixels a second: slower inertia stops
 constexpr float flingThreshold = 0.1f;  // pixels a second: a slower fling starts nothing
 
-bool isAsleep(float vx, float vy, float limit) {
-    return std::fabs(vx) <= limit && std::fabs(vy) <= limit;
-}
-
 }  // namespace
 
 Render::Render(DisplayConfig* config, float touchScale, Display* display)
@@ -85,7 +81,8 @@ void Render::observe(std::int64_t id, unsigned mask, const Work& work) {
             const Door::Pass inside(*door);
             if (inside) result = work(delivery);
         }
-        // Outside the door, and with nothing of the view: who observes the request may wait for the render thread.
+        // Outside the door and with nothing of the view, which may be gone by now: an observer of the request may wait
+        // for the render thread, and that must not wait at the door for this one.
         return result == 0 ? config.setConfig(DCFG_RENDER_REQUEST, nullptr) : 0;
     };
     _pending.push_back({id, callback, mask});
@@ -126,7 +123,7 @@ bool Render::scaleGesturePoints(float* points, int count) const {
     for (int i = 0; i < count; ++i) {
         if (!std::isfinite(points[i])) return false;
     }
-    if (_touchScale == 1.0f) return true;  // a record in read-only memory stays one that can be given
+    if (_touchScale == 1.0f) return true;  // nothing is written: the record may stand in read-only memory
     for (int i = 0; i < count; ++i) points[i] *= _touchScale;
     return true;
 }
@@ -176,7 +173,7 @@ void Render::registerSettingObservers() {
 
 int Render::startFling(const Fling* fling) {
     if (!fling || !std::isfinite(fling->vx) || !std::isfinite(fling->vy)) return RENDER_NOT_HANDLED;
-    if (isAsleep(fling->vx, fling->vy, flingThreshold)) return RENDER_NOT_HANDLED;
+    if (std::fabs(fling->vx) <= flingThreshold && std::fabs(fling->vy) <= flingThreshold) return RENDER_NOT_HANDLED;
     _flingVelocityX = fling->vx;
     _flingVelocityY = fling->vy;
     _flingActive = 1;

@@ -10,7 +10,7 @@
 #include "config/door.h"
 #include "config/relaxed.h"
 #include "display/displaycommon.h"
-#include "zet/displayconfig.h"
+#include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
 namespace zet::ZETShow {
@@ -45,10 +45,11 @@ public:
     /// Builds what needs GL and registers the view's own observers. 0 on success. Render thread.
     virtual int init() = 0;
 
-    virtual void setAutoRotate(bool enable, float speed);           // Setter's thread.
-    virtual void onFling(float velocityX, float velocityY);         // Render thread.
-    virtual void setOpeningFlight(bool on);                         // Setter's thread.
-    virtual void setSceneBackdrop(bool firstBackdrop, bool stars);  // Setter's thread.
+    // Settings and inertia, in surface pixels a second; a view that has no use for one leaves it alone.
+    virtual void setAutoRotate(bool enable, float speed);      // Setter's thread.
+    virtual void onFling(float velocityX, float velocityY);    // Render thread, one frame of it before the draw.
+    virtual void setOpeningFlight(bool on);                    // Setter's thread.
+    virtual void setSceneBackdrop(bool backdrop, bool stars);  // Setter's thread.
 
     /// Builds `_program` and fetches its locations. 0 on success. Render thread.
     virtual int createProgram() = 0;
@@ -65,7 +66,7 @@ public:
     /// success; -1 if nothing has been drawn or `dataSize` bytes don't hold it, with nothing written. Render thread.
     int readScreen(void* data, int dataSize, int* outWidth, int* outHeight);
 
-    /// One step of inertia, before each draw. Render thread.
+    /// Slows the inertia by a frame and hands it to `onFling`, before each draw. Render thread.
     void stepFling();
 
     /// The view stands complete: from now on the bus reaches it, stored settings first. Render thread.
@@ -81,7 +82,7 @@ protected:
     /// The same with `work` on the render thread, while the setter waits.
     void observeOnRenderThread(std::int64_t id, unsigned mask, const Work& work);
 
-    /// Fetches the locations that all frame programs have from `_program`.
+    /// Fetches from `_program` the locations that all frame programs have.
     void fetchProgramLocations();
     /// Gives the program in use its matrix and its picture. Always 0.
     int bindFrameTextures(Texture& texture, const float* matrix);
@@ -96,8 +97,8 @@ protected:
         GLsizei height = 0;
     };
 
-    Viewport _viewport;  // what was last given to glViewport, written together with that call
-    const float _touchScale;
+    Viewport _viewport;       // what was last given to glViewport, written together with that call
+    const float _touchScale;  // factor on the coordinates of gestures
 
     // The offscreen pass, made at the first need.
     GLuint _textureFrameBuffer = 0;
@@ -141,11 +142,12 @@ private:
     void drawOffscreenQuad(const float* texCoords);
     void registerGestureObservers();
     void registerSettingObservers();
+    /// Scales the `count` coordinates of a gesture's record in place; false, with nothing changed, if one isn't finite.
     bool scaleGesturePoints(float* points, int count) const;
     int startFling(const Fling* fling);
 
     const std::shared_ptr<Door> _door = std::make_shared<Door>();
-    std::vector<PendingObserver> _pending;  // registered when the view stands complete
+    std::vector<PendingObserver> _pending;  // `observe` collects them here, `goLive` registers them
 };
 
 }  // namespace zet::ZETShow

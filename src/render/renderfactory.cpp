@@ -15,23 +15,22 @@ namespace zet::ZETShow {
 
 namespace {
 
-// A view and its reference count in one allocation. The view retires before its destructor begins, so that no
-// gesture runs in one that is half gone.
+// A view that retires before its destructor begins, so that no gesture runs in one that is half gone.
 template <typename View>
-struct Stand {
+struct RetiringView {
     template <typename... Arguments>
-    explicit Stand(Arguments... arguments) : view(arguments...) {}
-    ~Stand() { view.retire(); }
+    explicit RetiringView(Arguments... arguments) : view(arguments...) {}
+    ~RetiringView() { view.retire(); }
 
     View view;
 };
 
 template <typename View, typename... Arguments>
 std::shared_ptr<Render> make(Arguments... arguments) {
-    const auto stand = std::make_shared<Stand<View>>(arguments...);
-    if (stand->view.init() != 0) return nullptr;
-    stand->view.goLive();
-    return {stand, &stand->view};
+    const auto owner = std::make_shared<RetiringView<View>>(arguments...);
+    if (owner->view.init() != 0) return nullptr;
+    owner->view.goLive();
+    return {owner, &owner->view};
 }
 
 }  // namespace
@@ -49,9 +48,9 @@ std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touc
         case 4:
             return make<MultiViewMapRender>(config, touchScale, display);
         case 5:
-            return make<CylinderSphereRender>(0, config, touchScale, display);
+            return make<CylinderSphereRender>(CylinderSphereRender::Variant::drum, config, touchScale, display);
         case 6:
-            return make<CylinderSphereRender>(1, config, touchScale, display);
+            return make<CylinderSphereRender>(CylinderSphereRender::Variant::bowl, config, touchScale, display);
         case 7:
             return make<WallThreeViewRender>(config, touchScale, display);
         case 8:

@@ -48,10 +48,7 @@ int Render::ensureOffscreenResources() {
     if (_readerTexture == 0) {
         glGenTextures(1, &_readerTexture);
         glBindTexture(GL_TEXTURE_2D, _readerTexture);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        sampleSmoothly();
     }
     if (_textureFrameBuffer == 0) glGenFramebuffers(1, &_textureFrameBuffer);
     return 0;

@@ -264,7 +264,6 @@ void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* i
 
 int CommonRender::setLensParam(const LensParam* lens) {
     if (!lens) return RENDER_NOT_HANDLED;
-    if (_program == 0) return 0;
     const double values[] = {lens->k1, lens->k2, lens->k3, lens->p1, lens->p2, lens->fx, lens->fy, lens->ox, lens->oy};
     glUseProgram(_program);
     for (int i = 0; i < 9; ++i) glUniform1f(_lensLocs[i], static_cast<float>(values[i]));

@@ -55,7 +55,6 @@ constexpr Shape bowlShape = {
 constexpr float lensRadius = -0.998f;  // of the half texture; the sign turns the picture by 180 degrees
 constexpr float nearPlane = 3.0f;
 constexpr float farPlane = 33.0f;
-constexpr int bowlVariant = 1;
 
 // The picture's radius at angle `b` from the rim: between one that falls evenly and one that falls as the sine.
 float pictureRadius(const Shape& shape, float b) {
@@ -77,11 +76,11 @@ DomePoint pointOn(const Shape& shape, double a, double b) {
 
 }  // namespace
 
-CylinderSphereRender::CylinderSphereRender(int variant, DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display), _variant(variant), _motion(variant == bowlVariant ? bowlPose : drumPose) {}
+CylinderSphereRender::CylinderSphereRender(Variant variant, DisplayConfig* config, float touchScale, Display* display)
+    : Render(config, touchScale, display), _variant(variant), _motion(variant == Variant::bowl ? bowlPose : drumPose) {}
 
 int CylinderSphereRender::init() {
-    const Shape& shape = _variant == bowlVariant ? bowlShape : drumShape;
+    const Shape& shape = _variant == Variant::bowl ? bowlShape : drumShape;
     _mesh = makeDome([&shape](double a, double b) { return pointOn(shape, a, b); });
     const int created = createProgram();
     _ready = created == 0;

@@ -12,8 +12,8 @@ namespace zet::ZETShow {
 /// which its `init` switches on and every other view's `init` switches off.
 class CylinderSphereRender final : public Render {
 public:
-    /// A `variant` of 1 makes the bowl, any other the drum.
-    CylinderSphereRender(int variant, DisplayConfig* config, float touchScale, Display* display);
+    enum class Variant { drum, bowl };
+    CylinderSphereRender(Variant variant, DisplayConfig* config, float touchScale, Display* display);
 
     int init() override;
     int createProgram() override;
@@ -31,7 +31,7 @@ private:
     void placeCamera();
 
     // Fixed after `init`.
-    const int _variant;
+    const Variant _variant;
     Dome _mesh;
     bool _ready = false;
 

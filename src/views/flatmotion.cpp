@@ -9,14 +9,14 @@ namespace {
 
 constexpr float pinchStep = 0.055f;
 constexpr float greatestScale = 4.0f;
-constexpr double panPerPixel = 0.001;     // at a zoom of 1
-constexpr float animationStopper = 0.4f;  // pixels: a longer drag ends a running animation
+constexpr double panPerPixel = 0.001;  // view units, at a zoom of 1
+constexpr float heldStill = 0.4f;      // pixels, both ways together: a longer drag ends a running animation
 
 }  // namespace
 
 float FlatMotion::limited(float scale) const {
     if (scale > _maxScale) return _maxScale;
-    return scale < 1.0f ? _minScale : scale;
+    return scale < _minScale ? _minScale : scale;
 }
 
 int FlatMotion::setScale(float scale) {
@@ -26,12 +26,10 @@ int FlatMotion::setScale(float scale) {
     return applied == scale ? 0 : -1;
 }
 
-int FlatMotion::clampScale() {
+void FlatMotion::clampScale() {
     const float scale = _scale;
     const float applied = limited(scale);
-    if (applied == scale) return 0;  // nothing is stored: a setter may be storing another zoom just now
-    _scale = applied;
-    return -1;
+    if (applied != scale) _scale = applied;  // no store without need: a setter may be storing another zoom just now
 }
 
 void FlatMotion::clampPan() {
@@ -54,7 +52,7 @@ void FlatMotion::drag(float x1, float y1, float x2, float y2) {
     const float e = y1 - y2;
     _panY = static_cast<float>(_panY - e * panPerPixel * _scale);
     _panX = static_cast<float>(_panX + d * panPerPixel * _scale);
-    if (std::fabs(d) + std::fabs(e) > animationStopper) _zoomAnimating = 0;
+    if (std::fabs(d) + std::fabs(e) > heldStill) _zoomAnimating = 0;
 }
 
 void FlatMotion::stepZoomAnimation() {

@@ -11,8 +11,8 @@ namespace zet::ZETShow {
 struct FlatMotion {
     /// Sets the zoom within its range; 0 if `scale` lies there, otherwise -1. Any thread.
     int setScale(float scale);
-    /// Brings the zoom back into its range; 0 if it was there, otherwise -1. Any thread.
-    int clampScale();
+    /// Brings the zoom back into its range. Any thread.
+    void clampScale();
     /// Keeps the picture's edges at or beyond the view's. Render thread.
     void clampPan();
     /// One step of zoom in the direction of `factor`, whatever its size. Setter's thread.
@@ -38,10 +38,11 @@ struct FlatMotion {
     float _panStepX = 0.0f;       // per frame, applied with the sign of the direction
     float _panStepY = 0.0f;
 
-    float limited(float scale) const;
-
     static constexpr float _minScale = 1.0f;
     static constexpr float _zoomStep = 0.06f;  // per frame
+
+private:
+    float limited(float scale) const;
 };
 
 }  // namespace zet::ZETShow

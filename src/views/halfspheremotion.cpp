@@ -16,26 +16,25 @@ constexpr HalfSphereMotion::Pose nearPose = {HalfSphereMotion::_nearEyeZ, HalfSp
 constexpr double yawPerPixel = 1.8 * 0.1125;            // degrees
 constexpr double travelPerPixel = 0.1125 * 0.1;         // of a vertical drag
 constexpr double travelPerPinch = 0.07875;              // whatever the factor
-constexpr double yawPerFling = 6.075001 / 1000.0;       // degrees, for each pixel a frame
+constexpr double yawPerFling = 6.075001 / 1000.0;       // degrees a frame, for each pixel a second
 constexpr double yawPerRotation = 0.08653846497719105;  // degrees a frame, at a speed of 1
 
 // Rest poses.
-constexpr float pitchPerTravel = 18.0f;   // degrees
-constexpr float offRestTravel = -0.1f;    // at the far pose
-constexpr float springStep = 1.0f;        // degrees a frame
-constexpr float liftlessStart = 0.2f;     // where the opening flight starts, less `_startLift`
-constexpr float bareStart = -1.8999999f;  // where it starts without a backdrop
-constexpr float backLift = 1.0f;
-constexpr float bareLift = 2.1f;
+constexpr float pitchPerTravel = 18.0f;  // degrees
+constexpr float offRestTravel = -0.1f;   // at the far pose
+constexpr float springStep = 1.0f;       // degrees a frame
+constexpr float openingStart = 0.2f;     // camera at the start of the opening flight, less `_startLift`
+constexpr float backLift = 1.0f;         // `_startLift` with a backdrop
+constexpr float bareLift = 2.1f;         // and without
 constexpr float backFarEyeZ = HalfSphereMotion::_radius * 1.5f - 1.0f - 0.9f;
 constexpr float bareFarEyeZ = HalfSphereMotion::_radius + 0.1f;
 
 // Flights.
-constexpr float _animStep = 0.12f;         // of the countdown, a frame
+constexpr float animStep = 0.12f;          // of the countdown, a frame
 constexpr float pitchSpanDivisor = 20.0f;  // degrees count as so many times less than lengths
-constexpr float _pitchStep = 2.4f;         // 20 times `_animStep`
-constexpr float returnYawRate = _pitchStep * 10.0f;
-constexpr float openingYawRate = _pitchStep * 1.9f * 10.0f;  // one full turn with a backdrop
+constexpr float pitchStep = 2.4f;          // 20 times `animStep`
+constexpr float returnYawRate = pitchStep * 10.0f;
+constexpr float openingYawRate = pitchStep * 1.9f * 10.0f;  // one full turn with a backdrop
 
 constexpr float degreesPerRadian = 180.0f / 3.1415926f;
 
@@ -154,8 +153,8 @@ void HalfSphereMotion::startFlight(const Pose& target) {
 bool HalfSphereMotion::flyTo(const Pose& target) {
     if (!_animating) startFlight(target);
     const float shownLeft = _animLeft;
-    _animLeft -= _animStep;
-    if (_animStep > _animLeft) {
+    _animLeft -= animStep;
+    if (animStep > _animLeft) {
         _eyeSign = _pitchSign = _moveZSign = _moveYSign = 0;
         _animLeft = 0.0f;
         return true;
@@ -166,16 +165,16 @@ bool HalfSphereMotion::flyTo(const Pose& target) {
         _animLeft = 0.0f;
         return true;
     }
-    _eyeZ = advance(_eyeZ, target.eyeZ, _animStep * _eyeSpan / _animSpan, _eyeSign);
-    _pitch = advance(_pitch, target.pitch, _pitchStep * _pitchSpan / _animSpan, _pitchSign);
-    _moveZ = advance(_moveZ, target.moveZ, _animStep * _moveZSpan / _animSpan, _moveZSign);
-    _moveY = advance(_moveY, target.moveY, _animStep * _moveYSpan / _animSpan, _moveYSign);
+    _eyeZ = advance(_eyeZ, target.eyeZ, animStep * _eyeSpan / _animSpan, _eyeSign);
+    _pitch = advance(_pitch, target.pitch, pitchStep * _pitchSpan / _animSpan, _pitchSign);
+    _moveZ = advance(_moveZ, target.moveZ, animStep * _moveZSpan / _animSpan, _moveZSign);
+    _moveY = advance(_moveY, target.moveY, animStep * _moveYSpan / _animSpan, _moveYSign);
     return false;
 }
 
 void HalfSphereMotion::stepYaw() {
     _yaw = dropWholeTurns(_yaw);
-    if (_animStep > _animLeft) {
+    if (animStep > _animLeft) {
         _yaw = heldSum(_yaw, (_animTotal - _animLeft) * _yawRate);
         _animTotal = 0.0f;
         _animLeft = 0.0f;
@@ -304,20 +303,14 @@ void HalfSphereMotion::setOpeningFlight(bool on) {
         _eyeZ = static_cast<float>(_farEyeZ);
         return;
     }
-    if (_showBack) {
-        _eyeZ = liftlessStart - _startLift;
-    } else {
-        _startLift = bareLift;
-        _farEyeZ = bareFarEyeZ;
-        _eyeZ = bareStart;
-    }
+    _eyeZ = openingStart - _startLift;
     _opening = true;
 }
 
-void HalfSphereMotion::setSceneBackdrop(bool background, bool stars) {
-    _farEyeZ = background ? backFarEyeZ : bareFarEyeZ;
-    _startLift = background ? backLift : bareLift;
-    _showBack = background;
+void HalfSphereMotion::setSceneBackdrop(bool backdrop, bool stars) {
+    _farEyeZ = backdrop ? backFarEyeZ : bareFarEyeZ;
+    _startLift = backdrop ? backLift : bareLift;
+    _showBack = backdrop;
     _showPoints = stars;
 }
 

@@ -25,7 +25,7 @@ struct HalfSphereMotion {
     void fling(float velocityX);
     void setAutoRotate(bool on, float speed);
     void setOpeningFlight(bool on);
-    void setSceneBackdrop(bool background, bool stars);
+    void setSceneBackdrop(bool backdrop, bool stars);
 
     /// One frame. Render thread.
     void step();
@@ -86,11 +86,11 @@ struct HalfSphereMotion {
     bool _tiltSeen = false;  // at or past the near pose since the view last settled at the far one
     bool _wasFingerUp = false;
 
-    // The flight between rest poses: a countdown of `_animStep` a frame, in which all four numbers arrive together.
+    // The flight between rest poses: a countdown by a fixed step a frame, in which all four numbers arrive together.
     int _animating = 0;  // started, and no rest rule has run since
     int _towardNear = 0;
-    float _animLeft = 0.0f;
-    float _animTotal = 0.0f;
+    float _animLeft = 0.0f;   // of the countdown
+    float _animTotal = 0.0f;  // where it began
     float _animSpan = 0.0f;   // the largest of the four distances
     float _yawRate = 160.0f;  // degrees per unit of countdown
     float _eyeSpan = 0.0f;
@@ -111,7 +111,7 @@ private:
     void restNear();
     void restFar();
     void tiltPastNear(float pitch);
-    void blendFromFar(const Pose& end, float u);
+    void blendFromFar(const Pose& end, float pitch);
     void stepYaw();
     float yawRate() const;
 };

@@ -16,8 +16,9 @@ namespace zet::ZETShow {
 
 namespace {
 
-// Reads the angles of the pixel and how far the camera is (fratio, 0 to 0.5); leaves tmpcoord, its place in the
-// picture. The radius goes over from a cosine of the elevation at far to an even fall and, at near, partly to its sine.
+// Reads the angles of the pixel and how far the camera is (fratio, 0 at near to 0.5 at far); draws what the picture has
+// there. From far to near its radius goes over from a cosine of t to an even fall, where fratio is tm, and then by m3
+// to one that falls as the sine. PlatFlag is always 0: tm is 0.25.
 const char* const bowlLookup = R"(
 uniform float fratio;
 uniform float PlatFlag;
@@ -42,9 +43,9 @@ void main() {
 }
 )";
 
-constexpr float _frad = 0.998f;  // radius of the lens circle, a part of the half texture
-constexpr float _near = 1.0f;
-constexpr float _far = 25.0f;
+constexpr float frad = 0.998f;  // radius of the lens circle as a part of the half texture
+constexpr float nearPlane = 1.0f;
+constexpr float farPlane = 25.0f;
 
 }  // namespace
 
@@ -91,8 +92,8 @@ int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Text
 
 void HalfSphereRender::layOut(int surfaceWidth, int surfaceHeight) {
     if (!_surface.changeTo(surfaceWidth, surfaceHeight)) return;
-    setFrustumByAspect(_sphereMatrix, _surface.aspect(), _near, _far);
-    _scene.setFrustum(_surface.aspect(), _near, _far);
+    setFrustumByAspect(_sphereMatrix, _surface.aspect(), nearPlane, farPlane);
+    _scene.setFrustum(_surface.aspect(), nearPlane, farPlane);
 }
 
 void HalfSphereRender::drawBowl(Texture& texture) {
@@ -103,7 +104,7 @@ void HalfSphereRender::drawBowl(Texture& texture) {
     lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
     _dome.enable(_positionLoc, _texCoordLoc);
     glUniform1f(_platFlagLoc, 0.0f);
-    glUniform1f(_fradLoc, _frad);
+    glUniform1f(_fradLoc, frad);
     glUniform1f(_fratioLoc, _motion.fratio());
     bindFrameTextures(texture, _sphereMatrix.computeMvp());
     _dome.draw(_positionLoc, _texCoordLoc);
@@ -147,8 +148,8 @@ void HalfSphereRender::setOpeningFlight(bool on) {
     _motion.setOpeningFlight(on);
 }
 
-void HalfSphereRender::setSceneBackdrop(bool background, bool stars) {
-    _motion.setSceneBackdrop(background, stars);
+void HalfSphereRender::setSceneBackdrop(bool backdrop, bool stars) {
+    _motion.setSceneBackdrop(backdrop, stars);
 }
 
 }  // namespace zet::ZETShow

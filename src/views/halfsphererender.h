@@ -26,7 +26,7 @@ public:
     void setAutoRotate(bool enable, float speed) override;
     void onFling(float velocityX, float velocityY) override;
     void setOpeningFlight(bool on) override;
-    void setSceneBackdrop(bool background, bool stars) override;
+    void setSceneBackdrop(bool backdrop, bool stars) override;
 
 private:
     void layOut(int surfaceWidth, int surfaceHeight);

@@ -4,6 +4,7 @@
 
 #include "views/halfspherescene.h"
 
+#include "display/displaycommon.h"
 #include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/halopicture.h"
@@ -44,8 +45,8 @@ void main() {
 }
 )";
 
-// The many small stars are dim and blue-grey, the others white with a blue tint. The size has been interpolated: it
-// need not be exact any more.
+// The many small stars, of size 2, are dim and blue-grey, the others white with a blue tint. The size arrives as a
+// varying, which need not be exact any more.
 const char* const starStage = R"(
 precision mediump float;
 varying float vPointSize;
@@ -60,8 +61,8 @@ const char* const planeNames[] = {"tex_y", "tex_u", "tex_v"};
 
 constexpr float edge = 4.0f * HalfSphereMotion::_radius;
 constexpr float back = -2.0f * HalfSphereMotion::_radius;
-constexpr float _backVertices[12] = {-edge, -edge, back, edge, -edge, back, -edge, edge, back, edge, edge, back};
-constexpr float _backTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
+constexpr float backVertices[12] = {-edge, -edge, back, edge, -edge, back, -edge, edge, back, edge, edge, back};
+constexpr float backTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
 constexpr float backStep = 0.65f;  // degrees a frame
 
 constexpr float mainSize = 2.0f;  // of the group that counts the frames
@@ -114,10 +115,7 @@ void HalfSphereScene::loadPicture() {
         glBindTexture(GL_TEXTURE_2D, _backTextures[i]);
         glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, picture.planeWidth(i), picture.planeHeight(i), 0, GL_LUMINANCE,
                      GL_UNSIGNED_BYTE, picture.plane(i));
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        sampleSmoothly();
     }
 }
 
@@ -145,8 +143,8 @@ void HalfSphereScene::drawBack(const HalfSphereMotion& motion) {
 
     const auto position = static_cast<GLuint>(_backPositionLoc);
     const auto texCoord = static_cast<GLuint>(_backTexCoordLoc);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _backVertices);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, _backTexCoords);
+    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, backVertices);
+    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, backTexCoords);
     glEnableVertexAttribArray(position);
     glEnableVertexAttribArray(texCoord);
     for (int i = 0; i < 3; ++i) {
@@ -163,6 +161,7 @@ void HalfSphereScene::drawBack(const HalfSphereMotion& motion) {
 void HalfSphereScene::drawPoints(const HalfSphereMotion& motion) {
     if (_pointProgram == 0) return;
     for (const Group& group : _groups) {
+        // In the first frame each further group casts all stars anew; the last cast is what the next frames show.
         if (group.index > 0 && !_pointsPlaced) _stars.place();
         drawGroup(motion, group);
     }

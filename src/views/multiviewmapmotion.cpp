@@ -1,5 +1,6 @@
 #include "views/multiviewmapmotion.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -28,8 +29,8 @@ constexpr float springStep = 1.0f;              // degrees a frame
 constexpr float autoRotateStep = 0.043269236f;  // degrees at speed 1
 constexpr float dragSensitivity = 0.1125f;      // degrees a pixel
 constexpr float travelPart = 0.1f;              // of that, in units of travel
-constexpr float flingTurn = 5.0625f;            // degrees for a thousand pixels a frame
-constexpr float mapReach = 1.8f;                // the near pose is reached within the map's pane
+constexpr float flingTurn = 5.0625f;            // degrees a frame, for a thousand pixels a second
+constexpr float mapReach = 1.8f;                // above 1: the near pose is reached before the map's corner
 constexpr double degrees = 57.295780490442965;  // in a radian
 
 }  // namespace

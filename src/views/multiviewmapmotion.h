@@ -19,6 +19,7 @@ struct MultiViewMapMotion {
     void setAutoRotate(bool on, float speed);
 
     // Render thread.
+    /// One frame of inertia, surface pixels a second.
     void fling(float velocityX);
     /// One step of the automatic turn, then of the pose.
     void step();

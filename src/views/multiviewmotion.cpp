@@ -1,5 +1,6 @@
 #include "views/multiviewmotion.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "views/parts/angles.h"
@@ -20,7 +21,7 @@ constexpr float elevationPerTilt = 10.0f;        // degrees
 constexpr float autoRotateStep = 0.0432692356f;  // degrees at speed 1
 constexpr float dragSensitivity = 0.112500004f;  // degrees a pixel, in an enlarged pane; one bit above 0.1125
 constexpr float tiltPart = 0.2f;                 // of that, in units of tilt
-constexpr float flingRight = 6.075f;             // degrees for a thousand pixels a frame
+constexpr float flingRight = 6.075f;             // degrees a frame, for a thousand pixels a second
 constexpr float flingLeft = 4.86f;
 
 }  // namespace

@@ -22,7 +22,7 @@ struct MultiViewMotion {
     /// Starts or stops all panes; `speed` is a factor, negative turns the other way. Setter's thread.
     void setAutoRotate(bool on, float speed);
 
-    /// Turns the pane that was dragged or enlarged last. Render thread.
+    /// One frame of inertia, surface pixels a second: turns the pane that was dragged or enlarged last. Render thread.
     void fling(float velocityX);
     /// Divides the surface of `_size`. Render thread.
     void layoutPanes();

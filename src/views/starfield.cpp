@@ -7,15 +7,16 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int chances = 2001;  // of a random part of a whole
+constexpr int chances = 2001;  // values of a random part of a whole, both its ends included
 constexpr double wholeTurn = 6.283185307179586;
-constexpr float _pointLightStep = 0.005f;  // a draw
+constexpr float lightStep = 0.005f;  // a draw
 constexpr float greatestLight = 1.8f;
 constexpr float leastLight = 0.2f;
 constexpr float shiftLength = 0.03f;  // scene units
 constexpr int starsPerShift = 5;      // one of so many moves
 
-// Away from the place unless that leaves the ring, seen from its positive side.
+// Back instead of forth where that would leave the ring. The bounds are positive, so a negative place always counts as
+// one outside and goes back.
 float shifted(float place, float shift) {
     const float end = place + shift;
     return end > StarField::_ringMax || end < StarField::_ringMin ? place - shift : end;
@@ -29,12 +30,12 @@ StarField::StarField() : _points(3 * _pointCount), _pointsShifted(3 * _pointCoun
 
 void StarField::place() {
     for (std::size_t i = 0; i < groupCount; ++i) {
-        _pointLight[i] = static_cast<float>(std::rand() % chances / 2000.0);
+        _pointLight[i] = static_cast<float>(std::rand() % chances / (chances - 1.0));
         _pointLightRising[i] = i % 2 == 0;
     }
     const auto radius = [] { return std::rand() % (_ringMax - _ringMin + 1) + _ringMin; };
     for (std::size_t i = 0; i < _points.size(); i += 3) {
-        const double angle = std::rand() % chances * wholeTurn / 2000.0;
+        const double angle = std::rand() % chances * wholeTurn / (chances - 1.0);
         _points[i] = static_cast<float>(std::cos(angle) * radius());
         _points[i + 1] = static_cast<float>(std::sin(angle) * radius());
         _points[i + 2] = depth;
@@ -60,7 +61,7 @@ float StarField::stepLight(int group) {
     bool& rising = _pointLightRising[static_cast<std::size_t>(group)];
     if (light >= greatestLight) rising = false;
     if (light <= leastLight) rising = true;
-    light += rising ? _pointLightStep : -_pointLightStep;
+    light += rising ? lightStep : -lightStep;
     return light;
 }
 

@@ -15,8 +15,8 @@ struct PaneRect {
 
 /// The surface size for which a view stands laid out.
 struct SurfaceSize {
-    /// Takes the size of the frame to be drawn; true if the view is to lay itself out for it. A side of 0 is no size,
-    /// and what stands goes on standing; with a side under 11 pixels nothing stands. Render thread.
+    /// Takes the surface's size before a draw; true if the view is to lay itself out for it. A side of 0 changes
+    /// nothing; with a side of 1 to 10 pixels no layout stands any more. Render thread.
     bool changeTo(int width, int height);
     float aspect() const { return static_cast<float>(_lastWidth) / static_cast<float>(_lastHeight); }
 
@@ -29,7 +29,7 @@ struct SurfaceSize {
 /// The frustum of half height 1 and half width `aspect` at the near plane.
 void setFrustumByAspect(MatrixState& matrices, float aspect, float near, float far);
 
-/// The camera on the dome's axis at `eyeZ`, looking at its pole with y upward.
+/// The camera on the dome's axis at `eyeZ`, which is above -4, looking at its pole with y upward.
 void lookAlongAxis(MatrixState& matrices, float eyeZ);
 
 }  // namespace zet::ZETShow

@@ -17,6 +17,7 @@ extern const char* const detailVertexStage;
 /// vPositionRect and the uniforms of `DetailArea`.
 extern const char* const detailLight;
 
+/// The two panes, and the uniforms of the light.
 struct DetailArea {
     static constexpr int detailPane = 0;
     static constexpr int mapPane = 1;

@@ -11,8 +11,8 @@ float evenRadius(float t) {
 
 const char* const poleShrink = R"(
 float poleShrink(float t) {
-    const float jiequ = 0.8;
-    return (jiequ - 1.0) * t + 1.0;
+    const float leftAfterOneRadian = 0.8;
+    return (leftAfterOneRadian - 1.0) * t + 1.0;
 }
 )";
 

@@ -17,7 +17,7 @@ struct DomeCoff {
 struct WallZoomSettings {
     float farEyeZ;      // camera of the wide rest
     float nearEyeZ;     // and the closest one
-    float closeMargin;  // pinched further in than this from farEyeZ, the view rests close
+    float closeMargin;  // a camera that is pinched to more than this before farEyeZ rests close
     float pinchStep;    // of the camera, whatever the size of the pinch
     float yawLimitMax;  // turns to either side at nearEyeZ
     float pitchLimitMax;
@@ -84,18 +84,18 @@ struct WallZoom {
 
     // Gestures and frames.
     SurfaceSize _size;
-    Relaxed<float> _yaw = 0.0f;    // way round the dome's middle, degrees; more looks further to the right
-    Relaxed<float> _pitch = 0.0f;  // and further down
-    Relaxed<float> _targetEyeZ = _settings.farEyeZ;
-    Relaxed<bool> _wantClose = false;
-    Relaxed<bool> _flightBusy = false;  // a flight moves the camera
+    Relaxed<float> _yaw = 0.0f;                      // degrees beside the dome's axis, positive looks to the right
+    Relaxed<float> _pitch = 0.0f;                    // the same, positive looks down
+    Relaxed<float> _targetEyeZ = _settings.farEyeZ;  // where pinches want the camera
+    Relaxed<bool> _wantClose = false;                // with `_atWide`: see `phase`
+    Relaxed<bool> _flightBusy = false;               // a flight moves the camera
     Relaxed<bool> _autoRotate = false;
     Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the sweep has one speed
 
     // Render thread.
     float _eyeZ = _settings.farEyeZ;
     float _previousEyeZ = _settings.farEyeZ;  // of the last frame without a flight
-    bool _atWide = false;                     // where the view rests or rested last; at first it flies out on the spot
+    bool _atWide = false;  // the last rest was the wide one; false at first, so that the first frame ends a flight out
     bool _flightStarted = false;
     float _flightSpan = 0.0f;  // what a flight out began with: the way ahead, and the turns
     float _flightYaw = 0.0f;
