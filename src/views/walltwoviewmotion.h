@@ -15,7 +15,7 @@ struct WallTwoViewMotion {
     /// Turns the detail: with the finger where the drag ends on the overview, against it elsewhere. Setter's thread.
     void drag(float x1, float y1, float x2, float y2);
 
-    /// Turns on in the direction that the last drag had. Render thread.
+    /// Turns the detail opposite to a drag that ends where the last one did. Render thread.
     void fling(float velocityX, float velocityY);
     /// The detail's camera into the view matrix. Render thread.
     void updateDetailCamera(MatrixState& matrices);
