@@ -4,8 +4,6 @@ extern "C" {
 #include <libavutil/log.h>
 }
 
-#include <sstream>
-
 #include "overlay/material.h"
 #include "support/calllog.h"
 
@@ -41,12 +39,13 @@ void expectText(const Folder& folder, const Case& c, const char* font) {
     Bytes picture = makePicture(c.width, c.height);
     folder.save("in.rgba", picture);
     std::ofstream(folder.path / "text") << c.text;
-    std::ostringstream tool;
-    tool << "cd '" << folder.path.string() << "' && ffmpeg -nostdin -v error -y -f rawvideo -pix_fmt rgba -s "
-         << c.width << 'x' << c.height << " -i in.rgba -vf drawtext=textfile=text:expansion=none:fontcolor=white"
-         << ":x=0:y=" << c.y << ":fontsize=" << c.fontSize << ":fontfile=" << fontFile
-         << " -f rawvideo -pix_fmt rgba out.rgba";
-    ASSERT_EQ(std::system(tool.str().c_str()), 0);
+    char tool[2048];
+    std::snprintf(tool, sizeof tool,
+                  "cd '%s' && ffmpeg -nostdin -v error -y -f rawvideo -pix_fmt rgba -s %dx%d -i in.rgba "
+                  "-vf drawtext=textfile=text:expansion=none:fontcolor=white:x=0:y=%d:fontsize=%d:fontfile=%s "
+                  "-f rawvideo -pix_fmt rgba out.rgba",
+                  folder.path.c_str(), c.width, c.height, c.y, c.fontSize, fontFile);
+    ASSERT_EQ(std::system(tool), 0);
     filterData(c.time, picture.data(), c.width, c.height, c.width * 4, font, rgba);
     EXPECT_TRUE(picture == Folder::load(folder.path / "out.rgba")) << c.name;
     EXPECT_TRUE(picture != makePicture(c.width, c.height) || c.fontSize == 0) << c.name;
