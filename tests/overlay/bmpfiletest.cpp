@@ -18,7 +18,7 @@ TEST(BmpFile, tellsSoundFromBrokenFromForeign) {
     const struct {
         const char* name;
         int width, height, bits;
-        std::size_t size;  // of the file, which says so itself unless a lie says otherwise
+        int size;  // of the file, which says so itself unless a lie says otherwise
         std::vector<std::pair<int, std::int64_t>> lies;
         ZETShow::BmpVerdict verdict;
     } cases[] = {
@@ -31,7 +31,6 @@ TEST(BmpFile, tellsSoundFromBrokenFromForeign) {
         {"8 bits", 4, 2, 24, 78, {{bitsField, 8}}, foreign},
         {"24 bits in the low byte", 4, 2, 24, 78, {{bitsField, 0x0118}}, foreign},
         {"3 wide, rows padded to 12", 3, 2, 24, 78, {}, broken},
-        {"compressed", 4, 2, 24, 69, {{30, 1}}, broken},
         {"a byte cut off", 4, 2, 24, 77, {}, broken},
         {"pixels begin a size before 4 GiB", 4, 2, 24, 78, {{offsetField, -24}}, broken},
         {"no pixels", 0, 5, 24, 54, {}, broken},
@@ -45,14 +44,16 @@ TEST(BmpFile, tellsSoundFromBrokenFromForeign) {
     };
     for (const auto& c : cases) {
         Bytes file = makeBmp(c.width, c.height, c.bits, [](int, int) { return 0u; });
-        file.resize(c.size);
-        if (c.size != 0) put(file, sizeField, std::ssize(file));
+        file.resize(static_cast<std::size_t>(c.size));
+        if (c.size != 0) put(file, sizeField, c.size);
         for (const auto& [field, value] : c.lies) put(file, field, value, field == bitsField ? 2 : 4);
-        BmpPicture picture;
+        BmpPicture picture, expected;
+        if (c.verdict == sound) {
+            const int rows = std::abs(c.height), bytes = c.bits / 8 * c.width * rows;
+            expected = {c.width, rows, c.bits, c.height < 0, file.data() + std::ssize(file) - bytes};
+        }
         EXPECT_EQ(parseBmp(file.data(), file.size(), picture), c.verdict) << c.name;
-        const int rows = std::abs(c.height), bytes = c.bits / 8 * c.width * rows;
-        const BmpPicture whole = {c.width, rows, c.bits, c.height < 0, file.data() + std::ssize(file) - bytes};
-        EXPECT_TRUE(picture == (c.verdict == sound ? whole : BmpPicture{})) << c.name;
+        EXPECT_TRUE(picture == expected) << c.name;
     }
 }
 

@@ -29,6 +29,11 @@ void blend(Color& below, const Color& above, double share) {
              std::lerp(below.b, above.b, share)};
 }
 
+bool drawGround(double, double, Color& color) {
+    color = toColor(ground);
+    return true;
+}
+
 // Something over the video, in units of its quad: -1 to 1, y upward. A picture has its places from 0 to 1, from its
 // top left corner; without a picture it is a box.
 struct Mark {
@@ -46,8 +51,8 @@ struct Mark {
         if (!picture) {
             if (std::abs(depth) > 3) return true;
             color = box;
-            const double acrossCorner = std::min(std::abs(fromLeft), std::abs(fromRight));
-            return std::abs(depth) < 0.9 && acrossCorner + std::min(std::abs(fromTop), std::abs(fromBottom)) > 5;
+            const double toSide = std::min(std::abs(fromLeft), std::abs(fromRight));
+            return std::abs(depth) < 0.9 && toSide + std::min(std::abs(fromTop), std::abs(fromBottom)) > 5;
         }
         if (depth < 0.02) return depth < -0.02;
         const double u = fromLeft / (fromLeft + fromRight), v = fromTop / (fromTop + fromBottom);
@@ -110,7 +115,7 @@ class OverlayGl : public DisplayTest {
 protected:
     void begin(const std::string& font = serifFont) {
         bus.setConfig(DCFG_FACE_OPTION, 15);
-        global.setFontPath(font.c_str());
+        global.setFontPath(font);
         start(width, height);
     }
     void setItems(const void* items, std::size_t count, const int& kind) {
@@ -124,10 +129,7 @@ protected:
         expectMarks(name, marksOf(faces, option, view), view, 6);
     }
     void expectMarks(const std::string& name, const std::vector<Mark>& marks, View view = {}, double tolerance = 2) {
-        const Mark video = {-1, 1, 1, -1, {}, [](double, double, Color& color) {
-                                color = toColor(ground);
-                                return true;
-                            }};
+        const Mark video = {-1, 1, 1, -1, {}, drawGround};
         const Picture screen = shown(frame);
         for (int i = 0; i < width * height; ++i) {
             const int x = i % width, y = i / width;
@@ -169,10 +171,10 @@ TEST_F(OverlayGl, oddNamesAndWildFacesHurtNobody) {
     // The longest name is cut off at the window's edge, a refused one leaves its place empty.
     expectFaces("odd names", {{0, 0, 4294967295u, 20, 40, 60, 60, "0123456789 thirty-one letters.."},
                               {0, 2, 9, 20, 300, 100, 100, "\xc3\x89va"}});
-    std::vector<FaceItem> wild;
-    const int numbers[] = {INT_MIN, -100000, -1, 0, 1, 70000, INT_MAX};
-    for (int i = 0; i < 1000; ++i) {
-        wild.push_back({0, i, 1, numbers[i % 7], numbers[i / 7 % 7], numbers[i / 3 % 7], numbers[i / 5 % 7], "x"});
+    std::vector<FaceItem> wild(1000);
+    constexpr int numbers[] = {INT_MIN, -100000, -1, 0, 1, 70000, INT_MAX};
+    for (std::size_t i = 0; i < wild.size(); ++i) {
+        wild[i] = {0, 1, 1, numbers[i % 7], numbers[i / 7 % 7], numbers[i / 3 % 7], numbers[i / 5 % 7], "x"};
     }
     setItems(wild.data(), wild.size(), facesKind);
     shown(frame);
@@ -182,14 +184,13 @@ TEST_F(OverlayGl, oddNamesAndWildFacesHurtNobody) {
 TEST_F(OverlayGl, withoutAFontBoxesStand) {
     begin(folder.save("font", {'n', 'o'}));
     expectFaces("no font", pair, FACE_BOX);
-    global.setFontPath(serifFont.c_str());
+    global.setFontPath(serifFont);
     expectFaces("a font that comes too late", pair, FACE_BOX);
 }
 
 TEST_F(OverlayGl, labelsAllocateNothingPerFrame) {
     begin();
-    std::vector<FaceItem> ten;
-    for (int i = 0; i < 10; ++i) ten.push_back({0, i % 2, 30, 50 * i, 40 * i, 60, 60, "longer than 15 letters"});
+    const std::vector<FaceItem> ten(10, {0, 1, 30, 50, 40, 60, 60, "longer than 15 letters"});
     const SwapHook hook(countAllocations);
     setItems(ten.data(), ten.size(), facesKind);
     for (int i = 0; i < 5; ++i) shown(frame);
