@@ -8,6 +8,8 @@ namespace zet::ZETShow {
 
 /// An uncompressed picture inside the bytes of a BMP file: blue, green, red and, with 32 bits, alpha; rows unpadded.
 struct BmpPicture {
+    bool operator==(const BmpPicture&) const = default;
+
     int width = 0;   // pixels
     int height = 0;  // pixels
     int bitsPerPixel = 0;

@@ -1,38 +1,28 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <iterator>
-
 #include "overlay/airectrender.h"
-#include "overlay/bmp.h"
-#include "overlay/glyphs.h"
+#include "overlay/material.h"
 
 namespace zet::test {
 namespace {
 
+using namespace std::string_literals;
 using ZETShow::AiRectRender;
 
+Block blockOf(const AiRectRender& render) {
+    return {render.rowBytes(), render.rows(), {render.pixels(), render.pixels() + render.rowBytes() * render.rows()}};
+}
+
 TEST(GlyphText, laysFreeTypesPicturesSideBySide) {
-    const std::string fonts = "/usr/share/fonts/truetype/dejavu/";
+    std::string all;
+    for (char c = '!'; c <= '~'; ++c) all += c;
     for (const char* name : {"DejaVuSerif.ttf", "DejaVuSans-Bold.ttf", "DejaVuSansMono.ttf"}) {
-        Font font((fonts + name).c_str());
+        const std::string font = std::string("/usr/share/fonts/truetype/dejavu/") + name;
         AiRectRender render;
-        ASSERT_EQ(render.loadFont(fonts + name), 0);
-        std::string all;
-        for (char c = '!'; c <= '~'; ++c) all += c;
-        const std::string texts[] = {
-            all.substr(0, 50), all.substr(50), std::string(50, 'W'), "J leans over WJMJ", "i", "ii", "iii", "   ", "",
-            "a b  c ",
-        };
+        ASSERT_EQ(render.loadFont(font), 0);
         // One object for all of them: a long text must leave nothing in a short one.
-        for (const std::string& text : texts) {
-            const Block expected = font.block(text);
+        for (const std::string& text : {std::string(50, 'W'), all.substr(0, 50), all.substr(50), "J leans over WJMJ"s,
+                                        "a b  c "s, "i"s, "ii"s, "iii"s, "   "s, ""s}) {
             ASSERT_EQ(render.rasterize(text), 0) << name << ": " << text;
-            EXPECT_EQ(render.rows(), expected.rows);
-            ASSERT_EQ(render.rowBytes(), expected.rowBytes) << name << ": " << text;
-            const Bytes pixels(render.pixels(), render.pixels() + expected.pixels.size());
-            EXPECT_TRUE(pixels == expected.pixels) << name << ": " << text;
+            EXPECT_TRUE(blockOf(render) == typeset(text, font)) << name << ": " << text;
         }
     }
 }
@@ -41,49 +31,29 @@ TEST(GlyphText, refusesWhatIsNotPlainShortText) {
     AiRectRender render;
     ASSERT_EQ(render.loadFont(serifFont), 0);
     ASSERT_EQ(render.rasterize("before"), 0);
-    const int rowBytes = render.rowBytes();
-    const Bytes pixels(render.pixels(), render.pixels() + rowBytes * render.rows());
-    const std::string texts[] = {
-        std::string(51, 'a'),
-        std::string(51, ' '),
-        "a\tb",
-        "line\n",
-        std::string(1, '\0'),
-        "\x1f",
-        "end\x7f",
-        "\x80",
-        "caf\xc3\xa9",
-        "\xff",
-    };
-    for (const std::string& text : texts) {
+    const Block before = blockOf(render);
+    for (const std::string& text : {std::string(51, 'a'), std::string(51, ' '), "\0"s, "a\tb"s, "\x1f"s, "end\x7f"s,
+                                    "\x80"s, "caf\xc3\xa9"s, "\xff"s}) {
         EXPECT_EQ(render.rasterize(text), -1) << testing::PrintToString(text);
-        EXPECT_EQ(render.rowBytes(), rowBytes);
-        EXPECT_TRUE(Bytes(render.pixels(), render.pixels() + pixels.size()) == pixels);
+        EXPECT_TRUE(blockOf(render) == before) << testing::PrintToString(text);
     }
 }
 
 TEST(GlyphText, takesNoFontThatIsNone) {
-    const std::string path = testing::TempDir() + "zet glyphtext " + std::to_string(getpid());
-    const auto load = [&path](const Bytes& bytes) {
-        save(path, bytes);
+    const Folder folder;
+    const auto take = [&folder](const Bytes& bytes) {
         AiRectRender render;
-        const int result = render.loadFont(path);
+        if (render.loadFont(folder.save("font", bytes)) != 0) return false;
         // Whatever a damaged font has in it: in bounds, which the sanitizers watch.
-        if (result == 0) {
-            for (char c = ' '; c <= '~'; ++c) render.rasterize(std::string(50, c));
-        }
-        return result;
+        for (char c = ' '; c <= '~'; ++c) render.rasterize(std::string(50, c));
+        return true;
     };
-    AiRectRender render;
-    EXPECT_EQ(render.loadFont("/nowhere/font.ttf"), -1);
-    EXPECT_EQ(AiRectRender().loadFont("/usr"), -1);
-    EXPECT_EQ(load({}), -1);
-    EXPECT_EQ(load(makeBmp(9, 9, 24, [](int, int) { return 0u; })), -1);
-
-    std::ifstream stream(serifFont, std::ios::binary);
-    const Bytes font{std::istreambuf_iterator<char>(stream), {}};
-    EXPECT_EQ(load(font), 0);
-    EXPECT_EQ(load(Bytes(font.begin(), font.begin() + std::ssize(font) / 2)), -1);
+    const Bytes font = Folder::load(serifFont);
+    EXPECT_TRUE(take(font));
+    EXPECT_FALSE(take(Bytes(font.begin(), font.begin() + std::ssize(font) / 2)));
+    EXPECT_FALSE(take(makeBmp(9, 9, 24, [](int, int) { return 0u; })));
+    EXPECT_FALSE(take({}));
+    for (const char* path : {"/nowhere/font.ttf", "/usr"}) EXPECT_EQ(AiRectRender().loadFont(path), -1) << path;
     unsigned noise = 1;
     for (int variant = 0; variant < 60; ++variant) {
         Bytes damaged = font;
@@ -92,9 +62,8 @@ TEST(GlyphText, takesNoFontThatIsNone) {
             // Every other time among the tables' heads and the numbers that scale all glyphs.
             damaged[(noise >> 8) % (variant % 2 ? damaged.size() : 1000)] = static_cast<std::uint8_t>(noise >> 3);
         }
-        load(damaged);
+        take(damaged);
     }
-    std::filesystem::remove(path);
 }
 
 }  // namespace
