@@ -1,19 +1,20 @@
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include "views/panesgl.h"
 
 namespace zet::test {
 namespace {
-
-// Of 600 by 501, where an overview and a detail stand side by side.
-constexpr PanesGl::Rect overviewRect{4, 103, 296, 296};
-constexpr PanesGl::Rect detailRect{300, 103, 296, 296};
 
 struct WallTwoViewGl : PanesGl {
     void comparePanes(double pitch, double yaw, double shift, const std::string& what) {
         const DomeCamera detail{2.0 - shift, 1.5, -pitch, 0, 0, 0, 0, -yaw};
         const DomeCamera overview{9.2, 1.5, 0, 0, 0, 0, 0};
         const Picture picture = shown();
-        compareDome(picture, detailRect, detail, what + ", detail");
-        compareMap(picture, overviewRect, overview, detail, what + ", overview");
+        compareDome(picture, {300, 103, 296, 296}, detail, what + ", detail");
+        compareMap(picture, {4, 103, 296, 296}, overview, detail, what + ", overview");
     }
 
     static constexpr double most = 1.0486;  // shift
@@ -23,20 +24,10 @@ TEST_F(WallTwoViewGl, lightsUpWhatTheDetailShows) {
     startView(8, 600, 501);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     comparePanes(0, 0, 0, "rest");
-    touch(DCFG_TOUCH_DOWN, 299, 250);
-    comparePanes(0, 50.4, most, "right end");
-    touch(DCFG_TOUCH_DOWN, 150, 500);
-    comparePanes(50.4, 0, most, "bottom end");
-}
-
-TEST_F(WallTwoViewGl, dragsAndFlingsMoveIt) {
-    startView(8, 600, 501);
-    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-    shown();
     drag(100, 100, 196, 148);  // 2.88 degrees are two steps, and half of it
-    comparePanes(1.44, 2.88, most * std::hypot(1.44, 2.88) / 50.4 / 2, "on the overview, with the finger");
+    comparePanes(1.44, 2.88, most * std::hypot(1.44, 2.88) / 50.4 / 2, "dragged on the overview, with the finger");
     for (int i = 0; i < 10; ++i) drag(400, 300, 496, 252);
-    comparePanes(15.84, -25.92, most * std::hypot(15.84, 25.92) / 50.4 * (1 - 15.84 / 25.92), "on the detail");
+    comparePanes(15.84, -25.92, most * std::hypot(15.84, 25.92) / 50.4 * (1 - 15.84 / 25.92), "dragged on the detail");
     const Fling fling{-1000, 0};
     bus.setConfig(DCFG_FLING, &fling);
     for (int i = 0; i < 3; ++i) drawOut();
@@ -44,37 +35,46 @@ TEST_F(WallTwoViewGl, dragsAndFlingsMoveIt) {
     for (double v = 900; v >= 0.5; v *= 0.9) way += 0.405 * v / 1000;
     const double yaw = -25.92 - way;
     comparePanes(15.84, yaw, most * std::hypot(15.84, yaw) / 50.4 * (1 - 15.84 / -yaw), "flung");
+    touch(DCFG_TOUCH_DOWN, 299, 250);
+    comparePanes(0, 50.4, most, "touched at the right end");
+    touch(DCFG_TOUCH_DOWN, 150, 500);
+    comparePanes(50.4, 0, most, "touched at the bottom end");
 }
 
 struct WallThreeViewGl : PanesGl {
-    void comparePanes(const Picture& picture, const std::string& what) {
-        for (const double yaw : {-50.4, 50.4}) {
-            const DomeCamera camera{.eyeZ = 2 - 1.0486, .near = 1.5, .half = 0, .side = -yaw, .press = 0.97};
-            compareDome(picture, yaw < 0 ? leftRect : rightRect, camera, what + (yaw < 0 ? ", left" : ", right"));
-        }
-        compare(picture, panoramaRect, what, [](double x, double y, Color& wanted) {
-            wanted = seenAt(x * 0.45 * M_PI, y * 0.9 / 3.3 * M_PI);
+    // `expected(azimuth, elevation)`: radians, from the lens axis to the right and up.
+    template <typename Expected>
+    void comparePanorama(const Picture& picture, const std::string& what, const Expected& expected) {
+        compare(picture, {0, 301, 800, 299}, what, [&expected](double x, double y, Color& wanted) {
+            wanted = expected(x * 0.45 * M_PI, y * 0.9 / 3.3 * M_PI);
             return true;
         });
     }
-    // In radians, from the lens axis to the right and up.
-    static Color seenAt(double azimuth, double elevation) {
-        const double c = std::cos(elevation);
-        return toColor(sceneColor({std::sin(azimuth) * c, std::sin(elevation), std::cos(azimuth) * c}));
+    void comparePanes(const Picture& picture, const std::string& what) {
+        for (const double yaw : {-50.4, 50.4}) {
+            const DomeCamera camera{.eyeZ = 2 - 1.0486, .near = 1.5, .half = 0, .side = -yaw, .press = 0.97};
+            const Rect rect{yaw < 0 ? 0 : 401, 0, 399, 299};
+            compareDome(picture, rect, camera, what + (yaw < 0 ? ", left" : ", right"));
+        }
+        comparePanorama(picture, what, [](double azimuth, double elevation) {
+            const double c = std::cos(elevation);
+            return toColor(sceneColor({std::sin(azimuth) * c, std::sin(elevation), std::cos(azimuth) * c}));
+        });
     }
-
-    // Of 800 by 600.
-    static constexpr Rect leftRect{0, 0, 399, 299};
-    static constexpr Rect rightRect{401, 0, 399, 299};
-    static constexpr Rect panoramaRect{0, 301, 800, 299};
 };
 
 TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
-    startView(7, 800, 600);
+    startView(7, 500, 900);
+    const Picture tall = shown(frame);
+    EXPECT_TRUE(near(tall.at(125, 225), {}, 0) && near(tall.at(375, 225), {}, 0)) << "clear where taller than wide";
+    EXPECT_FALSE(near(tall.at(250, 675), {}, tolerance)) << "the panorama";
+    window->resize(40, 10);  // nothing stands
+    redraw();
+    window->resize(800, 600);
+    redraw();  // the first frame is drawn from farther away
     const int wholeFrame[] = {5000, 5000, 5000, 5000};
     Frame cut = frame;
     cut.record.lensRegion = wholeFrame;
-    shown(frame);  // the first frame is drawn from farther away
     for (const bool isCut : {false, true}) {
         const Picture picture = shown(isCut ? cut : frame);
         comparePanes(picture, isCut ? "cut to the lens" : "planes");
@@ -85,17 +85,40 @@ TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
     }
 }
 
-TEST_F(WallThreeViewGl, tallPanesAreClearUntilTheSurfaceIsWideAgain) {
-    startView(7, 500, 900);
-    const Picture picture = shown(frame);
-    const auto isClear = [&picture](int x, int y) { return near(picture.at(x, y), {}, 0); };
-    EXPECT_TRUE(isClear(125, 225) && isClear(375, 225));
-    EXPECT_TRUE(near(picture.at(250, 900 - 225), seenAt(0, 0), tolerance));
-    window->resize(40, 10);  // nothing stands
-    redraw();
-    window->resize(800, 600);
-    redraw();
-    comparePanes(shown(), "wide again");
+// What FFmpeg's own filter makes of the luma of a square picture of a lens of 180 degrees: the half sphere before the
+// lens, twelve pixels a degree each way.
+std::vector<char> unrolledByFfmpeg(const Frame& frame, const std::string& folder) {
+    const int side = frame.record.width;
+    std::ofstream(folder + "/in").write(reinterpret_cast<const char*>(frame.record.y), side * side);
+    const std::string size = std::to_string(side) + 'x' + std::to_string(side);
+    const std::string command = "cd '" + folder + "' && ffmpeg -nostdin -v error -f rawvideo -pix_fmt gray -s " + size +
+                                " -i in -vf v360=fisheye:hequirect:ih_fov=180:iv_fov=180:w=2160:h=2160"
+                                " -f rawvideo -pix_fmt gray out";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    std::ifstream out(folder + "/out", std::ios::binary);
+    return {std::istreambuf_iterator<char>(out), {}};
+}
+
+TEST_F(WallThreeViewGl, agreesWithFfmpegOnThePanorama) {
+    const Frame waves(2048, 2048, [](int x, int y) {
+        const double luma = 128 + 60 * std::sin(x / 40.0) + 50 * std::sin(y / 50.0);
+        return Yuv{static_cast<int>(std::lround(luma)), 128, 128};
+    });
+    std::string folder = (std::filesystem::temp_directory_path() / "panoramaXXXXXX").string();
+    ASSERT_TRUE(mkdtemp(folder.data()));
+    const std::vector<char> unrolled = unrolledByFfmpeg(waves, folder);
+    std::filesystem::remove_all(folder);
+    ASSERT_EQ(unrolled.size(), 2160u * 2160u);
+
+    startView(7, 800, 600);
+    // Interpolation: half a pixel of the frame, for the filter counts from corners, is up to 1.3 levels; 1/24 of a
+    // degree, for the nearest pixel is taken here, 1.3; roundings to 8 bits.
+    tolerance = 4;
+    comparePanorama(shown(waves), "waves", [&unrolled](double azimuth, double elevation) {
+        const auto pixel = [](double angle) { return static_cast<std::size_t>((angle * halfTurn + 90) * 12); };
+        const auto luma = static_cast<unsigned char>(unrolled[pixel(-elevation) * 2160 + pixel(azimuth)]);
+        return toColor({luma, 128, 128});
+    });
 }
 
 }  // namespace
