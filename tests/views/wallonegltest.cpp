@@ -6,7 +6,6 @@ namespace zet::test {
 namespace {
 
 struct WallOneGl : PanesGl {
-    // From the middle of the surface.
     void move(float right, float down) { drag(300 - right / 2, 200 - down / 2, 300 + right / 2, 200 + down / 2); }
     void pinch(float factor, int times) {
         for (int i = 0; i < times; ++i) bus.setConfig(DCFG_PINCH, factor);
@@ -45,7 +44,7 @@ struct WallOneGl : PanesGl {
         compareSeen(what, camera, 1 + 0.05 * in, paint);
     }
     // A part of the plain frame straight along the axis, flat from far and bent when near, in an ellipse.
-    void expectFrame(const std::string& what, double eyeZ, double yaw, double pitch, const Rect& part) {
+    void expectFrame(const std::string& what, double eyeZ, double yaw, double pitch, Rect part = {0, 0, 480, 320}) {
         const double in = (6.4 - eyeZ) / 7.2, depth = std::max(0.8 * in, 1e-4);
         const DomeCamera camera{.eyeZ = eyeZ, .tilt = -pitch, .half = 0, .side = -yaw, .press = depth};
         const auto paint = [&](const DomeAngles&, const Vec& p, Color& wanted) {
@@ -59,17 +58,12 @@ struct WallOneGl : PanesGl {
     }
 
     const Frame plain = smoothFrame(480, 320);
-    static constexpr Rect whole{0, 0, 480, 320};  // of it
 };
 
 TEST_F(WallOneGl, mode9ShowsTheLensCircleFromFarAndNear) {
     startView(9, 600, 420);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectLens("far", 6, 0, 0);
-    pinch(1.5f, 13);
-    expectLens("halfway", 6 - 13 * 0.115425, 0, 0);
-    pinch(0.5f, 13);
-    redraw();
     touch(DCFG_DOUBLE_TAP, 1, 1);
     drawOut();  // 30 steps each
     drawOut();
@@ -79,28 +73,26 @@ TEST_F(WallOneGl, mode9ShowsTheLensCircleFromFarAndNear) {
     expectLens("to the left", 3, -18, 0);
     move(-400, -200);
     expectLens("to the right and down", 3, 12, 15);
-    move(0, 380);
-    expectLens("up", 3, 12, -13.5);
     EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 0) << "a lifted finger moves nothing";
 }
 
 TEST_F(WallOneGl, mode10ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
     startView(10, 600, 420);
     bus.setConfig(DCFG_YUV_FRAME, &plain.record);
-    expectFrame("far", 6.4, 0, 0, whole);
+    expectFrame("far", 6.4, 0, 0);
     touch(DCFG_TOUCH_DOWN, 300, 200);
     pinch(1.5f, 120);
-    expectFrame("halfway", 6.4 - 120 * 0.029925, 0, 0, whole);
+    expectFrame("halfway", 6.4 - 120 * 0.029925, 0, 0);
     pinch(1.5f, 150);
     shown();
     move(400, 0);
-    expectFrame("inside, to the left", -0.8, -30, 0, whole);
+    expectFrame("inside, to the left", -0.8, -30, 0);
     move(-400, -380);
     move(-560, 0);
-    expectFrame("to the right and down", -0.8, 42, 28.5, whole);
+    expectFrame("to the right and down", -0.8, 42, 28.5);
     EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 1);
     for (int i = 0; i < 4; ++i) drawOut();
-    expectFrame("sprung back", -0.8, 37.2, 0.6, whole);
+    expectFrame("sprung back", -0.8, 37.2, 0.6);
 }
 
 TEST_F(WallOneGl, showTheLensRegionOnSurfacesOfAnySizeAndLeaveNothingOn) {
@@ -118,8 +110,6 @@ TEST_F(WallOneGl, showTheLensRegionOnSurfacesOfAnySizeAndLeaveNothingOn) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
         window->resize(10, 300);  // nothing stands
         shown(tilted);
-        window->resize(11, 11);
-        EXPECT_FALSE(near(shown().at(5, 5), {}, tolerance));
         window->resize(300, 300);
         redraw();
         if (mode == 9) expectLens("squared", 6, 0, 0, squared);

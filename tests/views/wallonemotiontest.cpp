@@ -3,7 +3,7 @@
 #include <cmath>
 #include <functional>
 #include <limits>
-#include <ostream>
+#include <tuple>
 
 #include "views/walloneview180motion.h"
 
@@ -37,11 +37,7 @@ Gesture fling(float velocityX) {
 }
 // As many pinches and drags may do. Turns are held to what was allowed where the camera stood.
 Gesture ask(float eyeZ, float yaw = 0, float pitch = 0) {
-    return [=](WallZoom& zoom) {
-        zoom._targetEyeZ = eyeZ;
-        zoom._yaw = yaw;
-        zoom._pitch = pitch;
-    };
+    return [=](WallZoom& zoom) { std::tie(zoom._targetEyeZ, zoom._yaw, zoom._pitch) = std::tuple(eyeZ, yaw, pitch); };
 }
 
 // A gesture, and how the view stands some frames later.
@@ -53,7 +49,6 @@ struct Scene {
     float eyeZ, yaw, pitch;
 };
 
-// Sums of up to a hundred steps in 32 bits.
 template <typename Motion>
 void play(Motion& motion, WallZoom& zoom, std::initializer_list<Scene> scenes) {
     for (const Scene& scene : scenes) {
@@ -61,7 +56,7 @@ void play(Motion& motion, WallZoom& zoom, std::initializer_list<Scene> scenes) {
         scene.gesture(zoom);
         for (int i = 0; i < scene.frames; ++i) motion.step();
         EXPECT_EQ(zoom.phase(), scene.phase);
-        EXPECT_NEAR(zoom._eyeZ, scene.eyeZ, 2e-5);
+        EXPECT_NEAR(zoom._eyeZ, scene.eyeZ, 5e-6);  // sums of steps in 32 bits
         EXPECT_NEAR(zoom._yaw, scene.yaw, 4e-4);
         EXPECT_NEAR(zoom._pitch, scene.pitch, 4e-4);
     }
@@ -100,13 +95,12 @@ INSTANTIATE_TEST_SUITE_P(Views, WallZoomTest, testing::ValuesIn(views),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 TEST_P(WallZoomTest, fliesBetweenTheRests) {
-    play({{"far, turns are locked", ask(far, 9, -9), 1, WideRest, far, 0, 0},
-          {"flies in", tap, view.framesIn, FlyingIn, view.flownIn, 0, 0}});
-    EXPECT_NEAR(zoom._eyeZ, view.flownIn, 1e-7);
     const int half = view.frames / 2;
     const float middle = (far + near) / 2;
     const float lim = 1 - std::sin((middle - near) / (view.lockedAbove - near) * M_PIf / 2);
-    play({{"reports the end", none, 1, CloseRest, view.flownIn, 0, 0},
+    play({{"far, turns are locked", ask(far, 9, -9), 1, WideRest, far, 0, 0},
+          {"flies in", tap, view.framesIn, FlyingIn, view.flownIn, 0, 0},
+          {"reports the end", none, 1, CloseRest, view.flownIn, 0, 0},
           {"goes the rest by hand", ask(near), 1, CloseRest, near, 0, 0},
           {"turns as far as it may", ask(near, 1e5, -1e5), 1, CloseRest, near, view.yaw, -view.pitch},
           {"flies out, and first takes note", tap, 1, FlyingOut, near, view.yaw, -view.pitch},
@@ -116,8 +110,7 @@ TEST_P(WallZoomTest, fliesBetweenTheRests) {
           {"is pinched in", ask(near), 1, CloseRest, near, 0, 0},
           {"turns a little", ask(near, 1, -2), 1, CloseRest, near, 1, -2},
           {"flies out evenly", tap, 1 + half, FlyingOut, middle, 0.5, -1},
-          {"turned by a finger on the way", drag(500, 500, 540, 500), view.frames - half, FlyingOut, far, 0, 0},
-          {"rests all the same", none, 1, WideRest, far, 0, 0}});
+          {"rests, turned by a finger", drag(500, 500, 540, 500), view.frames - half + 1, WideRest, far, 0, 0}});
 }
 
 TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
@@ -126,7 +119,6 @@ TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
     play({{"a step in by any factor above 1", pinch(1.0001f), 1, WideRest, far - step, 0, 0},
           {"a step out by any other", pinch(-huge), 1, WideRest, far, 0, 0},
           {"no further", pinch(1), 1, WideRest, far, 0, 0},
-          {"to the border", ask(close + 0.001f), 1, WideRest, close + 0.001f, 0, 0},
           {"across", ask(close - 0.001f), 1, CloseRest, close - 0.001f, 0, 0},
           {"back across", ask(close + 0.001f), 1, WideRest, close + 0.001f, 0, 0},
           {"past the near end", ask(-1e5), 1, CloseRest, near, 0, 0},
@@ -166,24 +158,15 @@ TEST_P(WallZoomTest, theSweepTakesOverUntilAGesture) {
     }
 }
 
-TEST_P(WallZoomTest, theSweepComesCloseFromRest) {
-    play({{"almost", sweep, view.frames - 1, CloseRest, near + 0.05f, 0, 0},
-          {"arrives", none, 1, CloseRest, near, 0, 0}});
-}
-
 TEST_P(WallZoomTest, hearsATapOnTheWayIn) {
     play({{"on the way", tap, 9, FlyingIn, far - 0.45f, 0, 0}});
-    if (!view.settings.tapRecallsFlight) {
-        play({{"not here", tap, 1, FlyingIn, far - 0.5f, 0, 0}});
-        return;
-    }
-    play({{"is called back", tap, 1, FlyingOut, 5.95f, 0, 0},
-          {"takes note", none, 1, FlyingOut, 5.95f, 0, 0},
+    if (!view.settings.tapRecallsFlight) return play({{"not here", tap, 1, FlyingIn, far - 0.5f, 0, 0}});
+    play({{"is called back and takes note", tap, 2, FlyingOut, 5.95f, 0, 0},
           {"returns", none, 10, WideRest, 6.4f, 0, 0},
           {"further on the way", tap, 11, FlyingIn, 5.85f, 0, 0},
           {"loses a frame", tap, 1, FlyingIn, 5.85f, 0, 0},
-          {"goes on", none, 132, FlyingIn, -0.75f, 0, 0},
-          {"arrives", none, 1, CloseRest, -0.75f, 0, 0}});
+          {"goes on", none, 132, FlyingIn, view.flownIn, 0, 0},
+          {"arrives", none, 1, CloseRest, view.flownIn, 0, 0}});
 }
 
 TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
@@ -198,8 +181,7 @@ TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
           {"the corner counts", down(1000, 800), 1, CloseRest, -0.8f, 0, 0},
           {"held", ask(-0.8f, 60, -31.9f), 20, CloseRest, -0.8f, 60, -31.9f},
           {"lifted", up, 10, CloseRest, -0.8f, 57, -28.9f},
-          {"held by the other corner", down(0, 0), 10, CloseRest, -0.8f, 57, -28.9f},
-          {"lifted again", up, 150, CloseRest, -0.8f, 37.2f, -0.7f},
+          {"at rest", none, 150, CloseRest, -0.8f, 37.2f, -0.7f},
           {"a touch beside holds nothing", down(1001, 5), 0, CloseRest, -0.8f, 37.2f, -0.7f},
           {"to the left", ask(-0.8f, -40, 0.7f), 1, CloseRest, -0.8f, -39.7f, 0.7f},
           {"swept", sweep, 10, CloseRest, -0.8f, -41.7f, 0.7f},
