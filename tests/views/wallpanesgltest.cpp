@@ -85,8 +85,8 @@ TEST_F(WallThreeViewGl, agreesWithFfmpegOnThePanorama) {
     });
 
     startView(7, 800, 600);
-    // Interpolation: half a pixel of the frame, for the filter counts from corners, is up to 1.3 levels; 1/24 of a
-    // degree, for the nearest pixel is taken here, 1.3; roundings to 8 bits.
+    // Interpolation: up to 1.3 levels for half a pixel at the rim, where the filter takes the centres of the outermost
+    // pixels for the circle's edge; 1.3 for 1/24 of a degree to the nearest of its pixels; 1 as it rounds down.
     tolerance = 4;
     comparePanorama(shown(waves), "waves", [&unrolled](double azimuth, double elevation) {
         const auto pixel = [](double angle) { return static_cast<std::size_t>((angle * halfTurn + 90) * 12); };
