@@ -18,7 +18,7 @@ Reserve::~Reserve() {
 }
 
 int Reserve::hold(std::int64_t bytes) {
-    constexpr std::int64_t step = 1 << 16;  // so that few pictures need a call
+    constexpr std::int64_t step = 1 << 14;  // so that few pictures need a call
     if (_file < 0 || bytes <= _held) return 0;
     const int error = ::posix_fallocate(_file, _held, bytes + step - _held);
     if (error == ENOSPC || error == EFBIG || error == EDQUOT) return error;

@@ -131,7 +131,7 @@ void VideoWriter::open(int width, int height, double frameRate) {
 /// for the index.
 void VideoWriter::holdRoom() {
     constexpr std::int64_t indexBytes = 64;  // of a picture, amply
-    constexpr std::int64_t margin = 1 << 16;
+    constexpr std::int64_t margin = 1 << 13;
     Parts& parts = *_parts;
     const std::int64_t toCome = (parts.sent + 1 - parts.written) * parts.largest + parts.sent * indexBytes + margin;
     if (const int error = parts.reserve->hold(avio_tell(parts.format->pb) + toCome)) fail(causeOf(AVERROR(error)));
