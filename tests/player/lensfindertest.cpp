@@ -70,10 +70,6 @@ std::optional<LensCircle> find(const Scene& scene) {
 TEST(LensFinder, FindsTheCircleToHalfAPercent) {
     const auto lighterBlack = [](const Spot& spot) { return 30 + spot.room * 0.8; };
     const auto cutInside = [](const Spot& spot) { return spot.y < -120 ? 0 : spot.room; };
-    const auto flare = [](const Spot& spot) {
-        const bool lettering = spot.reach > 1.2 && spot.in(-30, 8);
-        return lettering ? 220 : spot.reach > 1 && spot.in(100, 12) ? 90 : spot.room;
-    };
     const Scene scenes[] = {
         {"touches the edges", 480, 480, 240, 240},
         {"moved", 1280, 720, 300, 470},
@@ -81,7 +77,6 @@ TEST(LensFinder, FindsTheCircleToHalfAPercent) {
         {"cut at a corner", 520, 520, 170, 160},
         {"cut before it reaches the edge", 520, 520, 260, 260, 1, cutInside},
         {"noise on a lighter black", 520, 520, 260, 260, 4, lighterBlack, 20},
-        {"lettering and a flare in the surround", 700, 520, 260, 260, 1, flare},
     };
     for (const Scene& scene : scenes) {
         const auto circle = find(scene).value_or(LensCircle{});

@@ -108,7 +108,8 @@ TEST(MediaSource, GivesWhatAnInputHoldsAndNamesWhatIsWrong) {
     const std::vector pictures{noise(64, 64, 1), noise(64, 64, 2), noise(64, 64, 3), noise(64, 64, 4)};
     const std::string whole = scratch.write("whole.y4m", y4m(64, 64, "C420jpeg", pictures));
     const auto cut = [&](const std::string& name) {
-        repack(whole, scratch.path(name));
+        if (name.ends_with(".y4m")) std::filesystem::copy_file(whole, scratch.path(name));
+        if (!name.ends_with(".y4m")) repack(whole, scratch.path(name));
         std::filesystem::resize_file(scratch.path(name), std::filesystem::file_size(scratch.path(name)) * 6 / 10);
         return scratch.path(name);
     };
