@@ -92,7 +92,6 @@ TEST(LensFinder, SaysNoneWhereThereIsNoCircle) {
     const auto dome = [](const Spot& at) { return at.y > 0 || at.reach < 0.54 ? 150.0 : 5; };
     const auto rim = [](const Spot& at) { return at.reach < 0.67 && at.in(0, 23) ? 150.0 : 5; };
     const Scene scenes[] = {
-        {"black", 480, 360, 240, 180, 1, [](const Spot&) { return 0.0; }},
         {"rounded square", 480, 360, 240, 180, 1, rounded},
         {"dome on a wide house", 480, 360, 240, 180, 1, dome},
         {"a bit of a rim", 480, 360, 240, 180, 1, rim},

@@ -266,7 +266,6 @@ void expectRefused(const Wrong (&cases)[count], const std::string& before, const
 TEST(WrongInput, ScriptIsRefusedWhole) {
     const Wrong cases[] = {
         {"fly", "'fly' is no command"},
-        {"frame 0", "frame: '0' is not a count of frames"},
         {"render-mode 99999999999", "'99999999999'"},
         {"drag 1 2 3", "missing"},
         {"faces 1,2,3,4,0,33", "'1,2,3,4,0,33'"},
