@@ -2,6 +2,7 @@
 
 #include "gallery.h"
 #include "interrupt.h"
+#include "mediasource.h"
 #include "options.h"
 #include "playback.h"
 #include "pngfile.h"
@@ -41,6 +42,7 @@ void finish(Session& session, const Stats& stats) {
 
 int run(const Options& options) {
     const Stats stats;
+    showMediaLog(options.verbose);
     if (options.verbose) zet::ZETLog::instance().setSink(logToStandardError);
     // A wrong script is told before a window opens.
     const auto script = options.script.empty() ? nullptr : std::make_unique<Script>(options.script);

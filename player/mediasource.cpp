@@ -1,7 +1,6 @@
 #include "mediasource.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <cmath>
 #include <filesystem>
@@ -21,8 +20,6 @@ extern "C" {
 namespace zetplay {
 
 namespace {
-
-std::atomic<bool> mediaLog = false;
 
 /// A decoder that has no packet left can fail for each picture that it still holds, but not without end.
 constexpr int MAX_DRAIN_ERRORS = 256;
@@ -342,11 +339,10 @@ void MediaSource::noteDamage(const std::string& damage) {
 }  // namespace
 
 void showMediaLog(bool on) {
-    mediaLog = on;
+    av_log_set_level(on ? AV_LOG_INFO : AV_LOG_QUIET);
 }
 
 std::unique_ptr<Source> openMedia(const std::string& path) {
-    av_log_set_level(mediaLog ? AV_LOG_INFO : AV_LOG_QUIET);
     return std::make_unique<MediaSource>(path);
 }
 

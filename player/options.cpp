@@ -12,6 +12,7 @@ namespace {
 
 // Larger windows are refused by X servers.
 constexpr int largestSide = 32767;
+constexpr int largestSynthetic = 16384;
 
 struct Size {
     int width;
@@ -57,9 +58,16 @@ void setSynthetic(Options& options, const std::string& text) {
     const std::size_t at = text.find('@');
     const auto size = parseSize(std::string_view(text).substr(0, at));
     const auto rate = at == text.npos ? std::optional(30.0) : parseNumber<double>(text.substr(at + 1));
-    if (!size || !rate || !(*rate > 0) || !(*rate <= 1000) || size->width < 2 || size->height < 2)
-        refuse("--synthetic", text, "a size and rate such as 1920x1920@30");
+    if (!size || !rate || !(*rate > 0) || !(*rate <= 1000) || size->width % 2 != 0 || size->height % 2 != 0 ||
+        size->width > largestSynthetic || size->height > largestSynthetic)
+        refuse("--synthetic", text, "a size of even sides up to 16384 and a rate, such as 1920x1920@30");
     options.synthetic = {size->width, size->height, *rate};
+}
+
+void setFrames(Options& options, const std::string& text) {
+    const auto frames = parseNumber<std::int64_t>(text);
+    if (!frames || *frames < 1) refuse("--frames", text, "a count of frames");
+    options.frames = *frames;
 }
 
 /// What is taken from the command line as text, to be looked at once CLI11 has accepted the line.
@@ -69,6 +77,7 @@ struct Texts {
     std::string lens;
     std::string mount;
     std::string synthetic;
+    std::string frames;
 };
 
 void describe(CLI::App& app, Options& options, Texts& texts) {
@@ -87,9 +96,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
         ->check(CLI::IsMember({"ceiling", "wall"}));
     app.add_option("--synthetic", texts.synthetic, "Size and rate of the synthetic camera [1920x1920@30]")
         ->option_text("WxH@FPS");
-    app.add_option("--frames", options.frames, "Stop after this many frames")
-        ->option_text("N")
-        ->check(CLI::PositiveNumber);
+    app.add_option("--frames", texts.frames, "Stop after this many frames")->option_text("N");
     app.add_flag("--loop", options.loop, "Start over at the end");
     auto* script =
         app.add_option("--script", options.script, "Run a script, - for standard input")->option_text("FILE");
@@ -106,7 +113,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
         ->option_text("MS");
     app.add_flag("--rect-zoom", options.rectZoom, "Flat view: zoom to the first rectangle of a frame");
     app.add_flag("--stats", options.stats, "At the end, one line of JSON with counts, times and memory");
-    app.add_flag("--verbose", options.verbose, "The module's log on standard error");
+    app.add_flag("--verbose", options.verbose, "The module's log and FFmpeg's on standard error");
     app.set_version_flag("--version", "zetplay " ZETPLAY_VERSION);
 }
 
@@ -117,6 +124,7 @@ void apply(const CLI::App& app, const Texts& texts, Options& options) {
     if (app.count("--size") > 0) setSize(options, texts.size);
     if (app.count("--lens") > 0) setLens(options, texts.lens);
     if (app.count("--synthetic") > 0) setSynthetic(options, texts.synthetic);
+    if (app.count("--frames") > 0) setFrames(options, texts.frames);
     if (texts.mount == "wall") options.mount = Mount::wall;
     if (app.count("INPUT") > 0 && options.input.empty()) throw WrongUsage("INPUT is empty");
     for (const char* option : {"--mount", "--synthetic"})

@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "avhandles.h"
+#include "reserve.h"
 #include "source.h"
 
 extern "C" {
@@ -71,8 +73,12 @@ struct VideoWriter::Parts {
     PacketHandle packet;
     SwsHandle scaler;
     std::int64_t lastTick = -1;
-    std::int64_t period = 0;  // ticks
-    bool begun = false;       // the file is ours
+    std::int64_t period = 0;   // ticks
+    std::int64_t sent = 0;     // pictures
+    std::int64_t written = 0;  // pictures
+    std::int64_t largest = 0;  // bytes of a written picture
+    bool begun = false;        // the file is ours
+    std::optional<Reserve> reserve;
 };
 
 VideoWriter::VideoWriter(const std::string& path, int width, int height, double frameRate)
@@ -94,7 +100,6 @@ void VideoWriter::fail(const std::string& cause) {
 }
 
 void VideoWriter::open(int width, int height, double frameRate) {
-    av_log_set_level(AV_LOG_QUIET);  // causes are told by exception
     Parts& parts = *_parts;
     for (const char* name : encoders)
         if (!parts.codec) parts.codec = openEncoder(name, width, height, frameRate);
@@ -119,10 +124,22 @@ void VideoWriter::open(int width, int height, double frameRate) {
     if (const int error = avio_open(&format->pb, _path.c_str(), AVIO_FLAG_WRITE); error < 0) fail(causeOf(error));
     parts.begun = true;
     if (const int error = avformat_write_header(format, nullptr); error < 0) fail(causeOf(error));
+    parts.reserve.emplace(_path);
+}
+
+/// A place that fills up ends the recording here, while there is room for `finish`: for what the encoder still has and
+/// for the index.
+void VideoWriter::holdRoom() {
+    constexpr std::int64_t indexBytes = 64;  // of a picture, amply
+    constexpr std::int64_t margin = 1 << 13;
+    Parts& parts = *_parts;
+    const std::int64_t toCome = (parts.sent + 1 - parts.written) * parts.largest + parts.sent * indexBytes + margin;
+    if (const int error = parts.reserve->hold(avio_tell(parts.format->pb) + toCome)) fail(causeOf(AVERROR(error)));
 }
 
 void VideoWriter::add(const Image& image, double seconds) {
     Parts& parts = *_parts;
+    holdRoom();
     AVFrame& frame = *parts.frame;
     // The encoder may still hold the last picture's memory.
     if (const int error = av_frame_make_writable(&frame); error < 0) fail(causeOf(error));
@@ -138,6 +155,7 @@ void VideoWriter::add(const Image& image, double seconds) {
     sws_scale(parts.scaler.get(), rows, lineSizes, 0, evenPart(image.height), frame.data, frame.linesize);
     frame.pts = std::max<std::int64_t>(parts.lastTick + 1, std::llround(seconds * ticksPerSecond));
     parts.lastTick = frame.pts;
+    ++parts.sent;
     encode(&frame);
 }
 
@@ -149,6 +167,8 @@ void VideoWriter::encode(const AVFrame* frame) {
         error = avcodec_receive_packet(parts.codec.get(), packet);
         if (error == AVERROR(EAGAIN) || error == AVERROR_EOF) return;
         if (error < 0) break;
+        ++parts.written;
+        parts.largest = std::max<std::int64_t>(parts.largest, packet->size);
         packet->duration = parts.period;
         av_packet_rescale_ts(packet, parts.codec->time_base, parts.stream->time_base);
         error = av_interleaved_write_frame(parts.format.get(), packet);
@@ -160,7 +180,9 @@ void VideoWriter::finish() {
     encode(nullptr);
     Parts& parts = *_parts;
     if (const int error = av_write_trailer(parts.format.get()); error < 0) fail(causeOf(error));
+    const std::int64_t end = avio_tell(parts.format->pb);
     if (const int error = avio_closep(&parts.format->pb); error < 0) fail(causeOf(error));
+    parts.reserve->release(end);
     _parts.reset();
 }
 

@@ -21,7 +21,7 @@ public:
     VideoWriter(const VideoWriter&) = delete;
     VideoWriter& operator=(const VideoWriter&) = delete;
 
-    /// A picture of another size than the video's is scaled to it.
+    /// A picture of another size than the video's is scaled to it. If the place is full, `finish` still works.
     void add(const Image& image, double seconds);
     /// Makes the file whole. Nothing can be added any more.
     void finish();
@@ -30,6 +30,7 @@ private:
     struct Parts;
 
     void open(int width, int height, double frameRate);
+    void holdRoom();
     /// Hands a frame to the encoder, or null for the end, and writes what comes out.
     void encode(const AVFrame* frame);
     [[noreturn]] void fail(const std::string& cause);

@@ -1,46 +1,27 @@
 #include "testmedia.h"
 
+#include <png.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <fstream>
 #include <stdexcept>
 
 #include "avhandles.h"
+#include "mediasource.h"
 
 extern "C" {
-#include <libavutil/pixdesc.h>
+#include <libavutil/opt.h>
 }
 
 namespace zetplay::test {
 
 namespace {
 
-int check(int result, const char* what) {
-    if (result < 0) throw std::runtime_error(what);
-    return result;
-}
+// Luma and chroma; none of the colours is out of range.
+constexpr int quarters[4][3] = {{90, 110, 190}, {140, 70, 60}, {60, 210, 120}, {200, 50, 150}};
 
-void drain(AVCodecContext* codec, AVPacket* packet, AVFormatContext* format) {
-    while (avcodec_receive_packet(codec, packet) == 0) {
-        av_packet_rescale_ts(packet, codec->time_base, format->streams[0]->time_base);
-        check(av_write_frame(format, packet), "av_write_frame");
-        av_packet_unref(packet);
-    }
-}
-
-void fill(AVFrame* frame, const Planes& planes) {
-    check(av_frame_make_writable(frame), "av_frame_make_writable");
-    const AVPixFmtDescriptor* const form = av_pix_fmt_desc_get(static_cast<AVPixelFormat>(frame->format));
-    for (std::size_t plane = 0; plane < planes.size(); ++plane) {
-        const int rows = plane == 0 ? frame->height : -(-frame->height >> form->log2_chroma_h);
-        const std::size_t rowBytes = planes[plane].size() / static_cast<std::size_t>(rows);
-        for (int row = 0; row < rows; ++row) {
-            std::memcpy(frame->data[plane] + row * frame->linesize[plane],
-                        planes[plane].data() + static_cast<std::size_t>(row) * rowBytes, rowBytes);
-        }
-    }
-}
+// What FFmpeg would tell of damaged files is what the tests ask for.
+const bool quiet = (showMediaLog(false), true);
 
 }  // namespace
 
@@ -60,45 +41,69 @@ std::string ScratchDirectory::write(const std::string& name, const std::string& 
     return path(name);
 }
 
-void encode(const Video& video, const std::vector<Planes>& pictures, const std::string& path) {
-    const AVCodec* const encoder = avcodec_find_encoder(video.codec);
-    const CodecHandle codec(avcodec_alloc_context3(encoder));
-    codec->width = video.width;
-    codec->height = video.height;
-    codec->pix_fmt = video.format;
-    codec->colorspace = video.matrix;
-    codec->color_range = video.range;
-    codec->time_base = {1, 10};
-    codec->framerate = {10, 1};
-    codec->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
+std::string y4m(int width, int height, const std::string& form, const std::vector<std::string>& pictures) {
+    std::string file = "YUV4MPEG2 W" + std::to_string(width) + " H" + std::to_string(height) + " F25:1 " + form + "\n";
+    for (const std::string& picture : pictures) file += "FRAME\n" + picture;
+    return file;
+}
 
-    AVFormatContext* format = nullptr;
-    check(avformat_alloc_output_context2(&format, nullptr, nullptr, path.c_str()), "container");
-    if (format->oformat->flags & AVFMT_GLOBALHEADER) codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-    check(avcodec_open2(codec.get(), encoder, nullptr), "avcodec_open2");
-    AVStream* const stream = avformat_new_stream(format, nullptr);
-    check(avcodec_parameters_from_context(stream->codecpar, codec.get()), "parameters");
-    stream->time_base = codec->time_base;
-    check(avio_open(&format->pb, path.c_str(), AVIO_FLAG_WRITE), "avio_open");
-    check(avformat_write_header(format, nullptr), "avformat_write_header");
-
-    const FrameHandle frame(av_frame_alloc());
-    frame->format = video.format;
-    frame->width = video.width;
-    frame->height = video.height;
-    check(av_frame_get_buffer(frame.get(), 0), "av_frame_get_buffer");
+void repack(const std::string& from, const std::string& to) {
+    AVFormatContext* input = nullptr;
+    avformat_open_input(&input, from.c_str(), nullptr, nullptr);
+    const FormatHandle owner(input);
+    AVFormatContext* output = nullptr;
+    avformat_alloc_output_context2(&output, nullptr, nullptr, to.c_str());
+    AVStream* const stream = avformat_new_stream(output, nullptr);
+    avcodec_parameters_copy(stream->codecpar, input->streams[0]->codecpar);
+    stream->codecpar->codec_tag = avcodec_pix_fmt_to_codec_tag(AV_PIX_FMT_YUV420P);
+    stream->time_base = input->streams[0]->time_base;
+    avio_open(&output->pb, to.c_str(), AVIO_FLAG_WRITE);
+    av_opt_set(output->priv_data, "allow_raw_vfw", "1", 0);  // what Matroska wants to be asked
+    if (avformat_write_header(output, nullptr) < 0) throw std::runtime_error(to);
     const PacketHandle packet(av_packet_alloc());
-    for (std::size_t i = 0; i < pictures.size(); ++i) {
-        fill(frame.get(), pictures[i]);
-        frame->pts = static_cast<std::int64_t>(i);
-        check(avcodec_send_frame(codec.get(), frame.get()), "avcodec_send_frame");
-        drain(codec.get(), packet.get(), format);
+    for (; av_read_frame(input, packet.get()) >= 0; av_packet_unref(packet.get())) {
+        av_packet_rescale_ts(packet.get(), input->streams[0]->time_base, stream->time_base);
+        av_write_frame(output, packet.get());
     }
-    avcodec_send_frame(codec.get(), nullptr);
-    drain(codec.get(), packet.get(), format);
-    check(av_write_trailer(format), "av_write_trailer");
-    avio_closep(&format->pb);
-    avformat_free_context(format);
+    av_write_trailer(output);
+    avio_closep(&output->pb);
+    avformat_free_context(output);
+}
+
+std::string quarteredVideo(int width, int height, int frames) {
+    std::string picture;
+    for (int plane = 0; plane < 3; ++plane) {
+        const int w = plane == 0 ? width : width / 2;
+        const int h = plane == 0 ? height : height / 2;
+        for (int i = 0; i < w * h; ++i)
+            picture += static_cast<char>(quarters[2 * (i / w * 2 / h) + i % w * 2 / w][plane]);
+    }
+    return y4m(width, height, fullRange, std::vector(static_cast<std::size_t>(frames), picture));
+}
+
+std::array<double, 3> shownColour(int quarter) {
+    const auto [y, cb, cr] = quarters[quarter];
+    const double u = cb - 127.5;
+    const double v = cr - 127.5;
+    return {y + 1.13983 * v, y - 0.39465 * u - 0.58060 * v, y + 2.03211 * u};
+}
+
+std::vector<Picture> picturesOf(const std::string& path) {
+    const auto source = openMedia(path);
+    std::vector<Picture> pictures;
+    for (Picture picture; source->next(picture);) pictures.push_back(picture);
+    return pictures;
+}
+
+Image readPng(const std::string& path) {
+    png_image format{};
+    format.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&format, path.c_str())) throw std::runtime_error(path + ": " + format.message);
+    format.format = PNG_FORMAT_RGB;
+    Image image(static_cast<int>(format.width), static_cast<int>(format.height));
+    if (!png_image_finish_read(&format, nullptr, image.rgb.data(), 0, nullptr))
+        throw std::runtime_error(path + ": " + format.message);
+    return image;
 }
 
 }  // namespace zetplay::test

@@ -1,14 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-extern "C" {
-#include <libavcodec/codec_id.h>
-#include <libavutil/pixfmt.h>
-}
+#include "image.h"
+#include "source.h"
 
 namespace zetplay::test {
 
@@ -17,8 +16,6 @@ class ScratchDirectory {
 public:
     ScratchDirectory();
     ~ScratchDirectory();
-    ScratchDirectory(const ScratchDirectory&) = delete;
-    ScratchDirectory& operator=(const ScratchDirectory&) = delete;
     std::string path(const std::string& name) const { return (_directory / name).string(); }
     /// Writes a file and gives its path.
     std::string write(const std::string& name, const std::string& content) const;
@@ -27,19 +24,19 @@ private:
     std::filesystem::path _directory;
 };
 
-/// What a test video is made of. Each plane of each picture is one row after the other, without padding.
-struct Video {
-    int width = 0;
-    int height = 0;
-    AVPixelFormat format = AV_PIX_FMT_YUV420P;
-    AVColorSpace matrix = AVCOL_SPC_UNSPECIFIED;
-    AVColorRange range = AVCOL_RANGE_UNSPECIFIED;
-    AVCodecID codec = AV_CODEC_ID_FFV1;  ///< FFV1 keeps every sample
-};
+/// A .y4m file of these pictures, 25 a second; `form` is their chroma and range.
+std::string y4m(int width, int height, const std::string& form, const std::vector<std::string>& pictures);
+constexpr const char* fullRange = "C420jpeg XCOLORRANGE=FULL";
+/// Puts the pictures of one file into another, whose container goes by the name's ending.
+void repack(const std::string& from, const std::string& to);
 
-using Planes = std::vector<std::vector<std::uint8_t>>;
+/// A .y4m video of pictures whose quarters have a colour each.
+std::string quarteredVideo(int width, int height, int frames);
+/// Red, green and blue, 0 to 255, that the module makes of a quarter; from the top left one row by row.
+std::array<double, 3> shownColour(int quarter);
 
-/// Encodes `pictures` at 10 a second into a container that goes by the name's ending.
-void encode(const Video& video, const std::vector<Planes>& pictures, const std::string& path);
+/// All pictures of a video. Throws `Failure`.
+std::vector<Picture> picturesOf(const std::string& path);
+Image readPng(const std::string& path);
 
 }  // namespace zetplay::test
