@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "display/displaycommon.h"
 #include "overlay/airectrender.h"
 #include "render/program.h"
 
@@ -134,10 +135,7 @@ int AiRectRender::rasterizeString(std::string_view text, GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA, _textRowBytes, _textHeight, 0, GL_ALPHA, GL_UNSIGNED_BYTE,
                  _textBuffer.data());
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    sampleSmoothly();
     return 0;
 }
 
