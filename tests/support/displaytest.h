@@ -34,10 +34,11 @@ protected:
     void redraw() { requestAndWait(2); }
     /// Returns when the render thread stands in one of its waits. What was about to be drawn is put off.
     void rest() { bus.setConfig(DCFG_SNAP, nullptr); }
-    /// Waits until no draw is owed.
+    /// Draws at least 30 times what has been set by now, and until no draw is owed.
     void drawOut() {
+        requestAndWait(1);  // this draw may have begun before
         requestAndWait(30);
-        rest();  // the turn before the request may have been the first of the 30; the last has been taken by now
+        rest();  // a turn that is left has been taken by now, and goes
     }
     /// The window with `frame` in it.
     Picture shown(const Frame& frame) {
@@ -63,7 +64,7 @@ private:
     void requestAndWait(int count) {
         const int before = swapsEnded();
         bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
-        ASSERT_TRUE(waitForSwaps(count, before)) << "swaps of 10 s";
+        ASSERT_TRUE(waitForSwaps(count, before)) << "no draws for 10 s";
     }
 };
 
