@@ -19,13 +19,9 @@ int zet::test::allocations() {
     return count;
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (isCounted) ++count;
-    return std::malloc(size);
-}
-
 void* operator new(std::size_t size) {
-    if (void* const memory = operator new(size, std::nothrow)) return memory;
+    if (isCounted) ++count;
+    if (void* const memory = std::malloc(size)) return memory;
     throw std::bad_alloc();
 }
 

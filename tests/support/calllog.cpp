@@ -12,19 +12,15 @@ namespace {
 std::mutex linesMutex;
 std::vector<std::string> caught;
 
-void catchLine(LogLevel, const char* line) {
-    const std::lock_guard lock(linesMutex);
-    caught.emplace_back(line);
-}
-
 }  // namespace
 
 CallLog::CallLog() {
-    {
-        const std::lock_guard lock(linesMutex);
-        caught.clear();
-    }
-    ZETLog::instance().setSink(catchLine);
+    const std::lock_guard lock(linesMutex);
+    caught.clear();
+    ZETLog::instance().setSink([](LogLevel, const char* line) {
+        const std::lock_guard catching(linesMutex);
+        caught.emplace_back(line);
+    });
 }
 
 CallLog::~CallLog() {
@@ -37,9 +33,9 @@ std::vector<std::string> CallLog::lines() const {
 }
 
 int CallLog::count(const std::string& text) const {
-    const auto all = lines();
-    return static_cast<int>(std::count_if(
-        all.begin(), all.end(), [&text](const std::string& line) { return line.find(text) != std::string::npos; }));
+    const std::lock_guard lock(linesMutex);
+    const auto holds = [&text](const std::string& line) { return line.find(text) != std::string::npos; };
+    return static_cast<int>(std::count_if(caught.begin(), caught.end(), holds));
 }
 
 }  // namespace zet::test

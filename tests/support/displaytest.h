@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
 #include <optional>
-#include <thread>
 
 #include "support/eglcalls.h"
 #include "support/picture.h"
@@ -24,24 +22,23 @@ protected:
     void start(int width, int height) {
         window.emplace(width, height);
         start();
-        bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
+        setWindow();
     }
+    void setWindow() { bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle()); }
     /// At the end of a test whose hooks use its local variables.
     void stop() {
         display.reset();
         resetEgl();
     }
     /// Waits until everything that has been set by now is drawn: of two further draws the second began after it.
-    void redraw() {
-        bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
-        ASSERT_TRUE(waitForSwaps(2));
-    }
-    /// Waits until no draw is owed.
+    void redraw() { requestAndWait(2); }
+    /// Returns when the render thread stands in one of its waits. What was about to be drawn is put off.
+    void rest() { bus.setConfig(DCFG_SNAP, nullptr); }
+    /// Draws at least 30 times what has been set by now, and until no draw is owed.
     void drawOut() {
-        const int before = swapsEnded();
-        bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
-        ASSERT_TRUE(waitForSwaps(30, before));
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));  // one more, whose turn had been taken before
+        requestAndWait(1);  // this draw may have begun before
+        requestAndWait(30);
+        rest();  // a turn that is left has been taken by now, and goes
     }
     /// The window with `frame` in it.
     Picture shown(const Frame& frame) {
@@ -49,8 +46,7 @@ protected:
         return shown();
     }
     Picture shown() {
-        redraw();
-        redraw();  // a swap may end before its picture stands in the window; that of the one before does
+        requestAndWait(3);  // a swap may end before its picture stands in the window; that of the one before does
         return window->grab();
     }
     float scale() {
@@ -63,6 +59,13 @@ protected:
     GlobalConfiger global;
     std::optional<Window> window;
     std::shared_ptr<DisplayConfigKit> display;
+
+private:
+    void requestAndWait(int count) {
+        const int before = swapsEnded();
+        bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
+        ASSERT_TRUE(waitForSwaps(count, before)) << "no draws for 10 s";
+    }
 };
 
 }  // namespace zet::test

@@ -33,22 +33,6 @@ bool fails(EglCall call) {
     return of(call).fails;
 }
 
-void runSwapHook() {
-    const std::lock_guard lock(hookMutex);
-    if (swapHook) swapHook();
-}
-
-void setSwapHook(const std::function<void()>& hook) {
-    const std::lock_guard lock(hookMutex);
-    swapHook = hook;
-}
-
-void noteSwap() {
-    const std::lock_guard lock(swapMutex);
-    ++swaps;
-    swapped.notify_all();
-}
-
 }  // namespace
 
 int eglCalls(EglCall call) {
@@ -67,16 +51,13 @@ void resetEgl() {
 }
 
 SwapHook::SwapHook(const std::function<void()>& function) {
-    setSwapHook(function);
+    const std::lock_guard lock(hookMutex);
+    swapHook = function;
 }
 
 SwapHook::~SwapHook() {
-    setSwapHook(nullptr);
-}
-
-std::mutex& connecting() {
-    static std::mutex mutex;
-    return mutex;
+    const std::lock_guard lock(hookMutex);
+    swapHook = nullptr;
 }
 
 int swapsEnded() {
@@ -89,54 +70,48 @@ bool waitForSwaps(int count, int since) {
     return swapped.wait_for(lock, std::chrono::seconds(10), [&] { return swaps - since >= count; });
 }
 
-}  // namespace zet::test
-
 // The linker sends the module's calls here: -Wl,--wrap=NAME.
-#define ZET_WRAP(result, name, call, failure, parameters, arguments)                           \
-    extern "C" result __real_##name parameters;                                                \
-    extern "C" result __wrap_##name parameters;                                                \
-    result __wrap_##name parameters {                                                          \
-        return zet::test::fails(zet::test::EglCall::call) ? failure : __real_##name arguments; \
+#define ZET_DECLARE(name) extern "C" decltype(name) __real_##name, __wrap_##name
+#define ZET_WRAP(name, call, parameters, arguments)                    \
+    ZET_DECLARE(name);                                                 \
+    auto __wrap_##name parameters->decltype(__real_##name arguments) { \
+        if (fails(EglCall::call)) return {};                           \
+        return __real_##name arguments;                                \
     }
 
-ZET_WRAP(EGLDisplay, eglGetDisplay, getDisplay, nullptr, (EGLNativeDisplayType native), (native))
-ZET_WRAP(EGLBoolean, eglTerminate, terminate, EGL_FALSE, (EGLDisplay display), (display))
-ZET_WRAP(EGLBoolean, eglChooseConfig, chooseConfig, EGL_FALSE,
+ZET_WRAP(eglGetDisplay, getDisplay, (EGLNativeDisplayType native), (native))
+ZET_WRAP(eglInitialize, initialize, (EGLDisplay display, EGLint* major, EGLint* minor), (display, major, minor))
+ZET_WRAP(eglTerminate, terminate, (EGLDisplay display), (display))
+ZET_WRAP(eglChooseConfig, chooseConfig,
          (EGLDisplay display, const EGLint* attributes, EGLConfig* configs, EGLint size, EGLint* found),
          (display, attributes, configs, size, found))
-ZET_WRAP(EGLContext, eglCreateContext, createContext, nullptr,
+ZET_WRAP(eglCreateContext, createContext,
          (EGLDisplay display, EGLConfig config, EGLContext shared, const EGLint* attributes),
          (display, config, shared, attributes))
-ZET_WRAP(EGLSurface, eglCreateWindowSurface, createWindowSurface, nullptr,
+ZET_WRAP(eglCreateWindowSurface, createWindowSurface,
          (EGLDisplay display, EGLConfig config, EGLNativeWindowType window, const EGLint* attributes),
          (display, config, window, attributes))
-ZET_WRAP(EGLBoolean, eglQuerySurface, querySurface, EGL_FALSE,
-         (EGLDisplay display, EGLSurface surface, EGLint attribute, EGLint* value),
+ZET_WRAP(eglQuerySurface, querySurface, (EGLDisplay display, EGLSurface surface, EGLint attribute, EGLint* value),
          (display, surface, attribute, value))
-ZET_WRAP(EGLBoolean, eglSwapInterval, swapInterval, EGL_FALSE, (EGLDisplay display, EGLint interval),
-         (display, interval))
+ZET_WRAP(eglSwapInterval, swapInterval, (EGLDisplay display, EGLint interval), (display, interval))
 
-extern "C" EGLBoolean __real_eglInitialize(EGLDisplay, EGLint*, EGLint*);
-extern "C" EGLBoolean __wrap_eglInitialize(EGLDisplay, EGLint*, EGLint*);
-EGLBoolean __wrap_eglInitialize(EGLDisplay display, EGLint* major, EGLint* minor) {
-    const std::lock_guard lock(zet::test::connecting());
-    if (zet::test::fails(zet::test::EglCall::initialize)) return EGL_FALSE;
-    return __real_eglInitialize(display, major, minor);
-}
-
-extern "C" EGLBoolean __real_eglMakeCurrent(EGLDisplay, EGLSurface, EGLSurface, EGLContext);
-extern "C" EGLBoolean __wrap_eglMakeCurrent(EGLDisplay, EGLSurface, EGLSurface, EGLContext);
+ZET_DECLARE(eglMakeCurrent);
 EGLBoolean __wrap_eglMakeCurrent(EGLDisplay display, EGLSurface draw, EGLSurface read, EGLContext context) {
-    if (context != EGL_NO_CONTEXT && zet::test::fails(zet::test::EglCall::makeCurrent)) return EGL_FALSE;
+    if (context != EGL_NO_CONTEXT && fails(EglCall::makeCurrent)) return EGL_FALSE;
     return __real_eglMakeCurrent(display, draw, read, context);
 }
 
-extern "C" EGLBoolean __real_eglSwapBuffers(EGLDisplay, EGLSurface);
-extern "C" EGLBoolean __wrap_eglSwapBuffers(EGLDisplay, EGLSurface);
+ZET_DECLARE(eglSwapBuffers);
 EGLBoolean __wrap_eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
-    zet::test::runSwapHook();
-    const bool failed = zet::test::fails(zet::test::EglCall::swapBuffers);
-    const EGLBoolean result = failed ? EGL_FALSE : __real_eglSwapBuffers(display, surface);
-    zet::test::noteSwap();
+    {
+        const std::lock_guard lock(hookMutex);
+        if (swapHook) swapHook();
+    }
+    const EGLBoolean result = fails(EglCall::swapBuffers) ? EGL_FALSE : __real_eglSwapBuffers(display, surface);
+    const std::lock_guard lock(swapMutex);
+    ++swaps;
+    swapped.notify_all();
     return result;
 }
+
+}  // namespace zet::test

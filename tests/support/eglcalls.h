@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 
 namespace zet::test {
 
@@ -26,8 +25,6 @@ int eglCalls(EglCall call);
 void failEgl(EglCall call);
 /// Nothing fails, counts are 0.
 void resetEgl();
-/// Held while EGL connects to the X server: libXau, which both sides use for it, is not for two threads at a time.
-std::mutex& connecting();
 /// Runs a function on the render thread before each swap, with the context current and the display's lock held, until
 /// the hook goes. To be declared behind what the function uses: it doesn't run any longer then.
 class SwapHook {

@@ -36,25 +36,21 @@ Frame::Frame(int width, int height, const std::function<Yuv(int x, int y)>& pain
 }
 
 Color Frame::sample(double u, double v) const {
-    const int chromaRows = record.height / 2;
-    return toColor(samplePlane(_y, record.yLineSize, record.height, u, v),
-                   samplePlane(_u, record.uvLineSize, chromaRows, u, v),
-                   samplePlane(_v, record.uvLineSize, chromaRows, u, v));
-}
-
-double Frame::samplePlane(const std::vector<std::uint8_t>& plane, int lineSize, int rows, double u, double v) const {
-    const double x = u * lineSize - 0.5;
-    const double y = v * rows - 0.5;
-    const double left = std::floor(x);
-    const double top = std::floor(y);
-    const auto texel = [&](double column, double row) {
-        const int c = static_cast<int>(std::clamp(column, 0.0, lineSize - 1.0));
-        const int r = static_cast<int>(std::clamp(row, 0.0, rows - 1.0));
-        return static_cast<double>(plane[static_cast<std::size_t>(r * lineSize + c)]);
+    const auto samplePlane = [=](const std::vector<std::uint8_t>& plane, int lineSize, int rows) {
+        const double x = u * lineSize - 0.5, left = std::floor(x);
+        const double y = v * rows - 0.5, top = std::floor(y);
+        const auto texel = [&](double column, double row) {
+            const int c = static_cast<int>(std::clamp(column, 0.0, lineSize - 1.0));
+            const int r = static_cast<int>(std::clamp(row, 0.0, rows - 1.0));
+            return static_cast<double>(plane[static_cast<std::size_t>(r * lineSize + c)]);
+        };
+        const double upper = std::lerp(texel(left, top), texel(left + 1, top), x - left);
+        const double lower = std::lerp(texel(left, top + 1), texel(left + 1, top + 1), x - left);
+        return std::lerp(upper, lower, y - top);
     };
-    const double upper = std::lerp(texel(left, top), texel(left + 1, top), x - left);
-    const double lower = std::lerp(texel(left, top + 1), texel(left + 1, top + 1), x - left);
-    return std::lerp(upper, lower, y - top);
+    return toColor(samplePlane(_y, record.yLineSize, record.height),
+                   samplePlane(_u, record.uvLineSize, record.height / 2),
+                   samplePlane(_v, record.uvLineSize, record.height / 2));
 }
 
 Frame smoothFrame(int width, int height, int lineSize) {

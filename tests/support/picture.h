@@ -62,8 +62,6 @@ public:
     YUV420PData record;
 
 private:
-    double samplePlane(const std::vector<std::uint8_t>& plane, int lineSize, int rows, double u, double v) const;
-
     std::vector<std::uint8_t> _y, _u, _v;
 };
 

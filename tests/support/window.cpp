@@ -6,24 +6,15 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "support/eglcalls.h"
-
 namespace zet::test {
 
 namespace {
 
-::Display* x11(void* connection) {
-    return static_cast<::Display*>(connection);
-}
-
-void* connect() {
-    const std::lock_guard lock(connecting());
+::Display* connect() {
     ::Display* const connection = XOpenDisplay(nullptr);
-    if (!connection) {
-        std::fputs("no X display: run ./test, or ctest under tools/virtualscreen.sh\n", stderr);
-        std::exit(1);
-    }
-    return connection;
+    if (connection) return connection;
+    std::fputs("no X display: run ./test, or ctest under tools/virtualscreen.sh\n", stderr);
+    std::exit(1);
 }
 
 }  // namespace
@@ -32,44 +23,44 @@ Window::Window(int width, int height, int x, int y) : _connection(connect()) {
     XSetWindowAttributes attributes = {};
     attributes.override_redirect = True;
     attributes.event_mask = ExposureMask;
-    _window = XCreateWindow(x11(_connection), DefaultRootWindow(x11(_connection)), x, y, static_cast<unsigned>(width),
+    _window = XCreateWindow(_connection, DefaultRootWindow(_connection), x, y, static_cast<unsigned>(width),
                             static_cast<unsigned>(height), 0, CopyFromParent, InputOutput, nullptr,
                             CWOverrideRedirect | CWEventMask, &attributes);
-    XMapRaised(x11(_connection), _window);
+    XMapRaised(_connection, _window);
     XEvent seen;
-    XWindowEvent(x11(_connection), _window, ExposureMask, &seen);
+    XWindowEvent(_connection, _window, ExposureMask, &seen);
 }
 
 Window::~Window() {
-    XCloseDisplay(x11(_connection));
+    XCloseDisplay(_connection);
 }
 
 void Window::resize(int width, int height) {
-    XResizeWindow(x11(_connection), _window, static_cast<unsigned>(width), static_cast<unsigned>(height));
-    XSync(x11(_connection), False);
+    XResizeWindow(_connection, _window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+    XSync(_connection, False);
 }
 
 void Window::unmap() {
-    XUnmapWindow(x11(_connection), _window);
-    XSync(x11(_connection), False);
+    XUnmapWindow(_connection, _window);
+    XSync(_connection, False);
 }
 
 void Window::destroy() {
-    XDestroyWindow(x11(_connection), _window);
-    XSync(x11(_connection), False);
+    XDestroyWindow(_connection, _window);
+    XSync(_connection, False);
 }
 
 Picture Window::grab() const {
     XWindowAttributes size;
-    XGetWindowAttributes(x11(_connection), _window, &size);
-    XImage* const image = XGetImage(x11(_connection), _window, 0, 0, static_cast<unsigned>(size.width),
+    XGetWindowAttributes(_connection, _window, &size);
+    XImage* const image = XGetImage(_connection, _window, 0, 0, static_cast<unsigned>(size.width),
                                     static_cast<unsigned>(size.height), AllPlanes, ZPixmap);
     Picture picture(size.width, size.height);
     for (int y = 0; y < size.height; ++y) {
         for (int x = 0; x < size.width; ++x) {
             const unsigned long pixel = XGetPixel(image, x, y);
-            picture.at(x, y) = {static_cast<double>(pixel >> 16 & 0xff), static_cast<double>(pixel >> 8 & 0xff),
-                                static_cast<double>(pixel & 0xff)};
+            const auto channel = [pixel](int shift) { return static_cast<double>(pixel >> shift & 0xff); };
+            picture.at(x, y) = {channel(16), channel(8), channel(0)};
         }
     }
     XDestroyImage(image);

@@ -4,9 +4,12 @@
 
 #include "support/picture.h"
 
+struct _XDisplay;  // X11's own header brings macros along
+
 namespace zet::test {
 
-/// A bare window on the X screen, above all others and seen when the constructor returns. One thread.
+/// A bare window on the X screen, above all others and seen when the constructor returns. One thread, and the
+/// constructor not while a display starts: libXau, which both sides connect with, is not for two threads at a time.
 class Window {
 public:
     Window(int width, int height, int x = 0, int y = 0);
@@ -22,7 +25,7 @@ public:
     Picture grab() const;
 
 private:
-    void* const _connection;
+    _XDisplay* const _connection;
     std::uintptr_t _window = 0;
 };
 

