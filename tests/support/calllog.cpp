@@ -33,9 +33,8 @@ std::vector<std::string> CallLog::lines() const {
 }
 
 int CallLog::count(const std::string& text) const {
-    const std::lock_guard lock(linesMutex);
     const auto holds = [&text](const std::string& line) { return line.find(text) != std::string::npos; };
-    return static_cast<int>(std::count_if(caught.begin(), caught.end(), holds));
+    return static_cast<int>(std::ranges::count_if(lines(), holds));
 }
 
 }  // namespace zet::test
