@@ -14,14 +14,10 @@ struct Look {
     Color clear;
 };
 
-struct Place {
-    double x, y;
-};
-
 /// Where a corrected coordinate lies in the bent picture, by Brown's model.
-Place throughLens(const LensParam& lens, Place p) {
-    if (lens.k1 == 0) return p;
-    const double x = (p.x - lens.ox) / lens.fx, y = (p.y - lens.oy) / lens.fy, r2 = x * x + y * y;
+Vec throughLens(const LensParam& lens, double u, double v) {
+    if (lens.k1 == 0) return {u, v};
+    const double x = (u - lens.ox) / lens.fx, y = (v - lens.oy) / lens.fy, r2 = x * x + y * y;
     const double radial = 1 + lens.k1 * r2 + lens.k2 * std::pow(r2, 2) + lens.k3 * std::pow(r2, 3);
     return {(x * radial + 2 * lens.p1 * x * y + lens.p2 * (r2 + 2 * x * x)) * lens.fx + lens.ox,
             (y * radial + 2 * lens.p2 * x * y + lens.p1 * (r2 + 2 * y * y)) * lens.fy + lens.oy};
@@ -47,15 +43,11 @@ public:
     bool isAtEdge(double x, double y) const { return std::abs(beyond(x, y)) < _edge; }
     Color at(double x, double y) const {
         if (beyond(x, y) > 0) return _look.clear;
-        // From the top left corner of the turned picture to that of the picture itself.
-        const double u = (across(x) + 1) / 2, v = (1 - up(y)) / 2;
-        const Place turned = _look.rotation == 0     ? Place{u, v}
-                             : _look.rotation == 90  ? Place{v, 1 - u}
-                             : _look.rotation == 180 ? Place{1 - u, 1 - v}
-                                                     : Place{1 - v, u};
+        // The turned picture's place in the picture itself, from -1 to 1, and then in what the margins leave of it.
+        const Vec turned = Vec{across(x), up(y), 0}.aboutZ(-_look.rotation);
         const LensParam& lens = _look.lens;
-        const Place bent = throughLens(lens, {std::lerp(lens.leftMargin, 1 + lens.rightMargin, turned.x),
-                                              std::lerp(lens.topMargin, 1 + lens.bottomMargin, turned.y)});
+        const Vec bent = throughLens(lens, std::lerp(lens.leftMargin, 1 + lens.rightMargin, (1 + turned.x) / 2),
+                                     std::lerp(lens.topMargin, 1 + lens.bottomMargin, (1 - turned.y) / 2));
         return _frame.sample(bent.x, bent.y);
     }
 
@@ -83,12 +75,9 @@ struct FlatView : PanesGl {
         drag(static_cast<float>(100 + right * 1000 / scale), static_cast<float>(100 - up * 1000 / scale), 100, 100);
     }
     void expectShown(const Frame& source, const Look& look, const std::string& name) {
-        const Picture picture = shown(source);
-        const Expectation expected(source, look, picture.width, picture.height);
-        compare(picture, {0, 0, picture.width, picture.height}, name, [&expected](double x, double y, Color& wanted) {
-            wanted = expected.at(x, y);
-            return !expected.isAtEdge(x, y);
-        });
+        bus.setConfig(DCFG_YUV_FRAME, &source.record);
+        const Expectation expected(source, look, 320, 240);
+        compareAll(name, [&](double x, double y) { return expected.isAtEdge(x, y) ? Wanted() : expected.at(x, y); });
     }
 };
 
@@ -103,15 +92,12 @@ TEST_F(FlatView, fitsTurnsZoomsMovesAndStraightens) {
     } cases[] = {
         {"set before the display", upright, {180, 2, 0, 0, {-0.2, 0, 0, 0, 0, 1, 1, 0.5, 0.5, 0, 0, 0, 0}, clear}},
         {"full, line padding and all", padded, {}},
-        {"turned by 270", upright, {270, 1, 0, 0, {}, {}}},
-        {"moved right and down", wide, {0, 2, 0.3, -0.1, {}, {}}},
-        {"moved left and up, turned", upright, {90, 3, -0.6, 0.9, {}, {}}},
+        {"turned by 270, moved left and up", upright, {270, 3, -0.6, 0.9, {}, {}}},
         {"lens",
          wide,
          {0, 1, 0, 0, {-0.15, 0.03, 0.02, 0.01, 0.02, 0.8, 0.9, 0.52, 0.47, -0.05, 0.1, 0.08, -0.02}, {}}},
         {"turned lens", wide, {90, 1, 0, 0, {-0.2, 0.05, 0, 0.02, 0, 0.9, 1.1, 0.5, 0.5, 0, 0.1, 0, 0}, {}}},
         {"margins alone", wide, {0, 1, 0, 0, {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, clear}},
-        {"clear colour", upright, {0, 1, 0, 0, {}, clear}},
     };
     for (const auto& [name, source, look] : cases) {
         bus.setConfig(DCFG_RENDER_MODE, 0);  // pan and zoom start afresh
@@ -122,6 +108,7 @@ TEST_F(FlatView, fitsTurnsZoomsMovesAndStraightens) {
         expectShown(source, look, name);
     }
     const Look full{0, 1, 0, 0, {}, clear}, turned{90, 1, 0, 0, {}, clear};
+    set(full);
     bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle());
     expectShown(upright, full, "a new surface");
     move(2, 0, 1);
@@ -161,9 +148,10 @@ TEST_F(FlatView, zoomsToARectangleWithTheWholeFrameInTheCorner) {
         const double panY = std::clamp(((rect.y * 2.0 + rect.height) / h - 1) * scale, 1 - scale, scale - 1);
         const Look zoomed{rotation, scale, panX, panY, {}, {}}, whole{rotation, 0.3, 0.7, -0.7, {}, {}};
         const Expectation zoom(source, zoomed, 320, 240), inset(source, whole, 320, 240);
-        compare(shown(source), {0, 0, 320, 240}, name, [&](double x, double y, Color& wanted) {
-            wanted = inset.beyond(x, y) < 0 ? inset.at(x, y) : zoom.at(x, y);
-            return !inset.isAtEdge(x, y) && !zoom.isAtEdge(x, y);
+        bus.setConfig(DCFG_YUV_FRAME, &source.record);
+        compareAll(name, [&](double x, double y) -> Wanted {
+            if (inset.isAtEdge(x, y) || zoom.isAtEdge(x, y)) return std::nullopt;
+            return inset.beyond(x, y) < 0 ? inset.at(x, y) : zoom.at(x, y);
         });
     }
     const RectItem empty{10, 10, 0, 20, 0};

@@ -20,13 +20,14 @@ struct HalfSphere : PanesGl {
     void expectScreen(double eyeZ, double pitch, double moveY, double moveZ, double yaw, const std::string& what) {
         const DomeCamera camera{eyeZ, 1, pitch, moveY, moveZ, yaw + 180, 180, 0, 1.0 * width / height, 0.97};
         const double blend = std::clamp(0.5 * (eyeZ - 2) / 4.1, 0.0, 0.5);
-        compareDome(shown(), {0, 0, width, height}, camera, what, [blend](const DomeAngles& place) {
+        const auto colorOf = [blend](const DomeAngles& place) {
             const double up = place.b / halfTurn;
             const double cosine = std::cos(up), even = 1 - place.b / 90, sine = 1 - std::sin(up);
             const double radius = blend >= 0.25 ? std::lerp(even, cosine, (blend - 0.25) * 2)
                                                 : std::lerp(sine, even, 0.65 + 0.35 * blend / 0.25);
             return colorAt(0.998 * (1 - 0.2 * up) * radius, place.a + 180);
-        });
+        };
+        compareAll(what, [&](double x, double y) { return domeColor(camera, x, y, colorOf); });
     }
 };
 
