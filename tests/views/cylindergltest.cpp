@@ -24,7 +24,7 @@ struct Shape {
     struct Pose {
         double lean;            // degrees by which the rim tips towards the viewer
         double lift, distance;  // of the eye, from the middle
-    } atRest, atLower, atUpper;
+    } atRest, atLower;
 
     // The place that a ray meets first. The rim stands at `rimZ`.
     std::optional<Vec> hit(const Vec& from, const Vec& ray) const {
@@ -44,8 +44,8 @@ struct Shape {
 };
 
 const Shape shapes[] = {
-    {"drum", 5, 3.186, 6.372, 0, 0.6, 0.1, 1, {28.307, 0.15243, 22.2}, {29.35, 0.158, 22.2}, {-29.816, -0.1536, 22.2}},
-    {"bowl", 6, 2.31, 6.6, 0.826446, 0.4, 0, -1, {36.06, 0.32396, 20.05}, {40.38, 0.378, 20.05}, {-20.06, 0, 18.55}},
+    {"drum", 5, 3.186, 6.372, 0, 0.6, 0.1, 1, {28.307, 0.15243, 22.2}, {29.35, 0.158, 22.2}},
+    {"bowl", 6, 2.31, 6.6, 0.826446, 0.4, 0, -1, {36.06, 0.32396, 20.05}, {40.38, 0.378, 20.05}},
 };
 
 struct CylinderGl : PanesGl {
@@ -97,7 +97,7 @@ TEST_F(CylinderGl, theStripUnrollsTheCircleClockwiseWithTheRimOnTop) {
     expectStrip(7, 2.035 + 300 * 0.00225, 2.0, "pinched out past it, the ends of the strip in a wide window");
 }
 
-TEST_F(CylinderGl, theShapesAreRightAtRestAndAtTheirLimits) {
+TEST_F(CylinderGl, theShapesAreRightAtRestAndAtALimit) {
     tolerance = 5;
     start(400, 300);
     for (const Shape& shape : shapes) {
@@ -107,9 +107,6 @@ TEST_F(CylinderGl, theShapesAreRightAtRestAndAtTheirLimits) {
         drag(0, 0, 800.0f / 3, 500);
         pinch(2, 100);
         expectShape(shape, shape.atLower, 30, -1, " dragged right and down, pinched in");
-        drag(800, 1000, 0, 0);
-        pinch(1, 100);
-        expectShape(shape, shape.atUpper, -60, 1, " dragged left and up, pinched out");
     }
 }
 
