@@ -3,16 +3,6 @@
 namespace zet::test {
 namespace {
 
-// A frame of 256 by 256 in which chroma tells every place from every other, and steep waves of luma show a shift of
-// two pixels.
-Frame wavyFrame() {
-    return Frame(256, 256, [](int x, int y) {
-        const double wave = 2 * M_PI / 256;
-        const double luma = 128 + 25 * std::sin(6 * wave * x) + 25 * std::cos(5 * wave * y);
-        return Yuv{static_cast<int>(std::lround(luma)), 95 + 60 * y / 256, 150 - 40 * x / 256};
-    });
-}
-
 // The drum or the bowl in axes of its own: x to the viewer's right, y away from the viewer, z up the shape.
 struct Shape {
     const char* name;
@@ -82,7 +72,12 @@ struct CylinderGl : PanesGl {
         });
     }
 
-    const Frame waves = wavyFrame();
+    // Chroma tells every place from every other, and steep waves of luma show a shift of two pixels.
+    const Frame waves{256, 256, [](int x, int y) {
+                          const double right = 2 * M_PI * x / 256, down = 2 * M_PI * y / 256;
+                          const double luma = 128 + 25 * std::sin(6 * right) + 25 * std::cos(5 * down);
+                          return Yuv{static_cast<int>(std::lround(luma)), 95 + 60 * y / 256, 150 - 40 * x / 256};
+                      }};
 };
 
 TEST_F(CylinderGl, theStripUnrollsTheCircleClockwiseWithTheRimOnTop) {
