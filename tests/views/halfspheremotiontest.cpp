@@ -5,8 +5,6 @@
 #include <cmath>
 #include <utility>
 
-#include "views/starfield.h"
-
 namespace zet::ZETShow {
 namespace {
 
@@ -16,15 +14,6 @@ constexpr int width = 800, height = 600;
 
 void steps(HalfSphereMotion& motion, int count) {
     for (int i = 0; i < count; ++i) motion.step();
-}
-
-// Frames until the flight is over, the one that ends it included.
-int fly(HalfSphereMotion& motion) {
-    int frames = 0;
-    do {
-        motion.step();
-    } while (++frames < 200 && (motion.phase() == Phase::flyingToFar || motion.phase() == Phase::flyingToNear));
-    return frames;
 }
 
 HalfSphereMotion atFar() {
@@ -37,8 +26,7 @@ HalfSphereMotion atFar() {
 HalfSphereMotion atNear() {
     HalfSphereMotion motion = atFar();
     motion.doubleTap(width / 2 + 1, 0, width, height);
-    fly(motion);
-    motion.step();
+    steps(motion, 43);
     return motion;
 }
 
@@ -69,11 +57,6 @@ TEST(HalfSphereMotion, OpeningRisesInOneTurnFrameByFrame) {
     EXPECT_NEAR(motion._shownYaw, 0.24, 1e-2);
     expectPose(motion, 7.1f, 0, 0, 0);
     EXPECT_FLOAT_EQ(motion.fratio(), 0.5f);
-
-    HalfSphereMotion bare;
-    bare.setSceneBackdrop(false, true);
-    bare.setOpeningFlight(true);
-    EXPECT_EQ(fly(bare), 66);
 }
 
 TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
@@ -87,13 +70,13 @@ TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
     for (auto [motion, x, y, turn] : cases) {
         const float before = motion._shownYaw;
         motion.doubleTap(x, y, width, height);
-        EXPECT_EQ(fly(motion), 42);
+        const Phase flying = motion.phase();
+        steps(motion, 41);
+        EXPECT_EQ(motion.phase(), flying);
+        motion.step();
+        EXPECT_NE(motion.phase(), flying);
         EXPECT_NEAR(motion._shownYaw - before, turn, 1e-2) << x << ' ' << y;
     }
-    HalfSphereMotion centre = atFar();
-    centre.doubleTap(400, 300, width, height);
-    EXPECT_EQ(fly(centre), 42);
-    EXPECT_LT(std::fabs(centre._shownYaw), 360) << "the centre has no direction";
 }
 
 TEST(HalfSphereMotion, ATiltPastNearSpringsBackAndFromThenOnThePathLeadsThroughNear) {
@@ -134,34 +117,6 @@ TEST(HalfSphereMotion, ADoubleTapOffRestFliesBackToIt) {
     expectPose(pulled, 7.1f, 0, 0, 0);
     pulled.doubleTap(1, 1, width, height);
     EXPECT_EQ(pulled.phase(), Phase::flyingToNear);
-}
-
-TEST(HalfSphereMotion, TurnsByItselfUntilAFling) {
-    HalfSphereMotion motion = atFar();
-    motion.setAutoRotate(true, -2);
-    steps(motion, 10);
-    EXPECT_NEAR(motion._shownYaw, -20 * 0.086538465, 1e-4);
-    motion.fling(-1000);
-    steps(motion, 2);
-    EXPECT_NEAR(motion._shownYaw, -20 * 0.086538465 - 6.075001, 1e-4);
-}
-
-TEST(HalfSphereMotion, TheScenesCameraRunsAheadOfTheBowls) {
-    HalfSphereMotion motion;
-    for (const auto& [eyeZ, expected] : {std::pair(8.1f, 8.119223f), {6.1f, 6.011572f}, {-0.8f, 0.0f}}) {
-        motion._eyeZ = eyeZ;
-        EXPECT_NEAR(motion.parallaxEyeZ(), expected, 1e-4) << eyeZ;
-    }
-}
-
-TEST(StarField, BrightnessGoesUpAndDown) {
-    StarField stars;
-    stars._pointLight[2] = 0.2f;
-    int draws = 0;
-    while (stars.stepLight(2) < 1.8f && draws < 1000) ++draws;
-    EXPECT_NEAR(draws, 320, 1);
-    while (stars.stepLight(2) > 0.2f && draws < 1000) ++draws;
-    EXPECT_NEAR(draws, 640, 2);
 }
 
 }  // namespace

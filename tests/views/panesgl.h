@@ -11,22 +11,26 @@
 
 namespace zet::test {
 
-/// A view that stands in panes, pixel by pixel against rays that the test casts itself through a scene of its own.
+/// A view, pixel by pixel against rays that the test casts itself through a scene of its own.
 struct PanesGl : DisplayTest {
     static constexpr int stride = 3;  // of the pixels that are looked at
 
     struct Rect {
         int x, y, width, height;  // from the top left corner
     };
+    /// What a place has to show; none where that isn't looked at.
+    using Wanted = std::optional<Color>;
 
     /// The colour of the scene at a picture radius and the dome's angle clockwise from the top.
     static Color colorAt(double radius, double azimuth) { return toColor(sceneColor(lensDirection(radius, azimuth))); }
     /// At a place of a dome with an even radius and the bottom of the lens circle at angle 0.
-    static Color evenColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
+    static Wanted evenColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
 
+    /// With `frame` in it.
     void startView(int mode, int width, int height) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
         start(width, height);
+        bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     }
     void drag(float x1, float y1, float x2, float y2) {
         const DragPoints points{x1, y1, x2, y2};
@@ -36,57 +40,41 @@ struct PanesGl : DisplayTest {
         const TouchPoint point{x, y};
         bus.setConfig(id, &point);
     }
+    void pinch(float factor, int times) {
+        for (int i = 0; i < times; ++i) bus.setConfig(DCFG_PINCH, factor);
+    }
 
-    /// Compares a pane with `expected(x, y, color)`, pane units; nothing where that gives false.
-    template <typename Expected>
-    void compare(const Picture& picture, const Rect& rect, const std::string& what, const Expected& expected) {
+    /// Compares a pane with `wantedAt(x, y)`, pane units.
+    void compare(const Picture& picture, const Rect& rect, const std::string& what,
+                 const std::function<Wanted(double, double)>& wantedAt) {
         int looked = 0;
         for (int j = stride; j < rect.height - stride; j += stride) {
             for (int i = stride; i < rect.width - stride; i += stride) {
-                Color wanted;
-                if (!expected((2 * i + 1.0) / rect.width - 1, 1 - (2 * j + 1.0) / rect.height, wanted)) continue;
+                const Wanted wanted = wantedAt((2 * i + 1.0) / rect.width - 1, 1 - (2 * j + 1.0) / rect.height);
+                if (!wanted) continue;
                 const Color& seen = picture.at(rect.x + i, rect.y + j);
                 ++looked;
-                ASSERT_TRUE(near(seen, wanted, tolerance)) << what << " at " << i << ' ' << j << seen << wanted;
+                ASSERT_TRUE(near(seen, *wanted, tolerance)) << what << " at " << i << ' ' << j << seen << *wanted;
             }
         }
         EXPECT_GT(looked, rect.width * rect.height / (stride * stride) / 2) << what;
     }
-
-    /// A pane that shows the even dome through `camera`.
-    void compareDome(const Picture& picture, const Rect& rect, const DomeCamera& camera, const std::string& what,
-                     const std::function<Color(const DomeAngles&)>& colorOf = evenColor) {
-        compare(picture, rect, what, [&camera, &colorOf](double x, double y, Color& wanted) {
-            const DomeAngles place = camera.at(x, y);
-            if (std::fabs(place.b) < 1 || place.b > 86) return false;  // the rim's edge; narrow cells at the pole
-            wanted = place.b > 0 ? colorOf(place) : Color{};
-            return true;
-        });
+    /// The whole window.
+    void compareAll(const std::string& what, const std::function<Wanted(double, double)>& wantedAt) {
+        const Picture picture = shown();
+        compare(picture, {0, 0, picture.width, picture.height}, what, wantedAt);
     }
 
-    /// The same for a map, brightened where `detail` sees the dome.
-    void compareMap(const Picture& picture, const Rect& rect, const DomeCamera& map, const DomeCamera& detail,
-                    const std::string& what) {
-        int lit = 0;
-        compare(picture, rect, what, [&](double x, double y, Color& wanted) {
-            const DomeAngles place = map.at(x, y);
-            if (std::fabs(place.b) < 1) return false;
-            const double inside = detail.inside(place);
-            if (std::fabs(inside) < 0.03) return false;
-            wanted = place.b > 0 ? evenColor(place) : Color{};
-            if (place.b > 0 && inside > 0) {
-                for (double* const channel : {&wanted.r, &wanted.g, &wanted.b})
-                    *channel = std::min(*channel + 76.5, 255.0);
-                ++lit;
-            }
-            return true;
-        });
-        EXPECT_GT(lit, 300) << what;
+    /// What a pane shows there of the dome that `camera` sees.
+    static Wanted domeColor(const DomeCamera& camera, double x, double y,
+                            const std::function<Wanted(const DomeAngles&)>& colorOf = evenColor) {
+        const DomeAngles place = camera.at(x, y);
+        if (std::fabs(place.b) < 1 || place.b > 86) return std::nullopt;  // the rim's edge; narrow cells at the pole
+        return place.b > 0 ? colorOf(place) : Color{};
     }
 
     /// How often `gestures` makes the view ask for a redraw.
-    template <typename Gestures>
-    int requestsOf(const Gestures& gestures) {
+    int requestsOf(const std::function<void()>& gestures) {
         std::atomic<int> requests = 0;
         void* observer = bus.registObserver(
             DCFG_RENDER_REQUEST, [&](DisplayConfig&, DisplayConfigUserData&) { return ++requests, 0; }, nullptr,

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <limits>
 
 #include "views/panesgl.h"
@@ -9,9 +10,8 @@ constexpr SceneBackdrop nothing{0, 0}, halo{1, 1};
 
 TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
     constexpr float most = std::numeric_limits<float>::max();
-    start(300, 250);
-    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-    for (const int mode : {0, 5, 2, 6, 3, 4, 7, 8, 1}) {
+    startView(0, 300, 250);
+    for (const int mode : {0, 5, 2, 6, 3, 4, 7, 8, 9, 10, 1}) {
         SCOPED_TRACE(mode);
         bus.setConfig(DCFG_RENDER_MODE, mode);
         bus.setConfig(DCFG_SCENE_BACKDROP, &nothing);
@@ -43,7 +43,7 @@ TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
             moved += !near(before.pixels[i], after.pixels[i], 3);
         }
         EXPECT_GT(lit, 300 * 250 / 4);
-        EXPECT_TRUE(mode == 7 || moved > 100) << moved << "; view 7 stands still";
+        EXPECT_TRUE(mode == 7 || mode >= 9 || moved > 100) << moved << "; the others stand still, or from far";
         bus.setConfig(DCFG_SCENE_BACKDROP, &halo);
         expectNothingLeftOn(mode == 5 || mode == 6);
     }
@@ -55,8 +55,10 @@ struct MultiViewGl : PanesGl {
                      const std::string& what) {
         const double k = 1 - tilt * 10 / 55.0705986;
         const DomeCamera camera{2.0, 1.5, -55.0705986 * k, 2.2072 * k, 1.0399932 * k, sector + pan};
-        compareDome(picture, rect, camera, what, [](const DomeAngles& place) {
-            return colorAt(0.998 * (1 - 0.2 * place.b / halfTurn) * (1 - place.b / 90), place.a);
+        compare(picture, rect, what, [&camera](double x, double y) {
+            return domeColor(camera, x, y, [](const DomeAngles& place) {
+                return colorAt(0.998 * (1 - 0.2 * place.b / halfTurn) * (1 - place.b / 90), place.a);
+            });
         });
     }
 };
@@ -83,33 +85,126 @@ TEST_F(MultiViewGl, eachPaneShowsItsSectorAndMovesAlone) {
     comparePane(shown(), {300, 0, 300, 240}, 0, 13.5, 0, "back in the grid");
 }
 
-// Of 600 by 501, where a map and a detail stand side by side.
-constexpr PanesGl::Rect mapRect{4, 103, 296, 296};
-constexpr PanesGl::Rect detailRect{300, 103, 296, 296};
-
-struct MultiViewMapGl : PanesGl {
-    // The detail at rest height `travel` (0 or more) and turned by `yaw`, and the map with its light.
-    void comparePanes(const Picture& picture, double travel, double yaw, const std::string& what) {
+// Of 600 by 501, where a map (or overview) and a detail stand side by side.
+struct DetailAreaGl : PanesGl {
+    // The map is brightened where the detail sees the dome.
+    void comparePanes(const DomeCamera& detail, const DomeCamera& map, const std::string& what) {
+        const Picture picture = shown();
+        compare(picture, {300, 103, 296, 296}, what + ", detail",
+                [&](double x, double y) { return domeColor(detail, x, y); });
+        int lit = 0;
+        compare(picture, {4, 103, 296, 296}, what + ", map", [&](double x, double y) {
+            const double inside = detail.inside(map.at(x, y));
+            Wanted wanted = domeColor(map, x, y);
+            if (std::fabs(inside) < 0.03) return Wanted();
+            if (wanted && map.at(x, y).b > 0 && inside > 0) {
+                for (double* const channel : {&wanted->r, &wanted->g, &wanted->b})
+                    *channel = std::min(*channel + 76.5, 255.0);
+                ++lit;
+            }
+            return wanted;
+        });
+        EXPECT_GT(lit, 300) << what;
+    }
+    // The detail at rest height `travel` (0 or more) and turned by `yaw`.
+    void expectMapView(double travel, double yaw, const std::string& what) {
         const double k = 1 - travel * 10 / 45.560596;
-        const DomeCamera detail{2.0, 1.0, -45.560596 * k, 1.8790853 * k, 1.3989465, 180 + yaw};
-        const DomeCamera map{6.2, 1.0, 0, 0, 0, 0, 0};
-        compareDome(picture, detailRect, detail, what + ", detail");
-        compareMap(picture, mapRect, map, detail, what + ", map");
+        const DomeCamera map{.eyeZ = 6.2, .half = 0};
+        comparePanes({2.0, 1.0, -45.560596 * k, 1.8790853 * k, 1.3989465, 180 + yaw}, map, what);
+    }
+    // `nearness`: part of the most.
+    void expectWallTwoView(double pitch, double yaw, double nearness, const std::string& what) {
+        const DomeCamera overview{.eyeZ = 9.2, .near = 1.5, .half = 0};
+        comparePanes({2.0 - 1.0486 * nearness, 1.5, -pitch, 0, 0, 0, 0, -yaw}, overview, what);
     }
 };
 
-TEST_F(MultiViewMapGl, lightsUpWhatTheDetailShows) {
+TEST_F(DetailAreaGl, theMapIsLitWhereTheDetailLooks) {
     startView(4, 600, 501);
-    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-    comparePanes(shown(), 0, 0, "rest");
+    expectMapView(0, 0, "rest");
     drag(400, 300, 500, 220);
-    comparePanes(shown(), 0.9, 11.25, "dragged");
+    expectMapView(0.9, 11.25, "dragged");
     const double corner = std::hypot(250.5, 150);
     for (const auto& [right, below] : {std::pair(-100.0, 0.0), {10, 100}, {100, -100}}) {  // of the map's middle
         touch(DCFG_TOUCH_DOWN, static_cast<float>(150 + right), static_cast<float>(250 + below));
-        comparePanes(shown(), 4.5560596 * (1 - std::hypot(right, below) * 1.8 / corner),
-                     180 - std::atan2(-right, below) * halfTurn, "aimed at " + std::to_string(right));
+        expectMapView(4.5560596 * (1 - std::hypot(right, below) * 1.8 / corner),
+                      180 - std::atan2(-right, below) * halfTurn, "aimed at " + std::to_string(right));
     }
+}
+
+TEST_F(DetailAreaGl, theWallsOverviewIsLitWhereTheDetailLooks) {
+    startView(8, 600, 501);
+    expectWallTwoView(0, 0, 0, "rest");
+    for (int i = 0; i < 10; ++i) drag(400, 300, 496, 252);  // 2.88 degrees are two steps, and half of it
+    expectWallTwoView(14.4, -28.8, std::hypot(14.4, 28.8) / 50.4 / 2, "dragged against the finger");
+    touch(DCFG_TOUCH_DOWN, 299, 250);
+    expectWallTwoView(0, 50.4, 1, "touched at the right end");
+    touch(DCFG_TOUCH_DOWN, 150, 500);
+    expectWallTwoView(50.4, 0, 1, "touched at the bottom end");
+}
+
+struct WallThreeViewGl : PanesGl {
+    // `colorOf(azimuth, elevation)`: degrees, from the lens axis to the right and up.
+    void comparePanorama(const Picture& picture, const std::string& what,
+                         const std::function<Color(double, double)>& colorOf) {
+        compare(picture, {0, 301, 800, 299}, what,
+                [&colorOf](double x, double y) { return colorOf(x * 81, y * 162 / 3.3); });
+    }
+    void comparePanes(const Picture& picture, const std::string& what) {
+        for (const double yaw : {-50.4, 50.4}) {
+            const DomeCamera camera{.eyeZ = 2 - 1.0486, .near = 1.5, .half = 0, .side = -yaw, .press = 0.97};
+            const Rect rect{yaw < 0 ? 0 : 401, 0, 399, 299};
+            compare(picture, rect, what + (yaw < 0 ? ", left" : ", right"),
+                    [&camera](double x, double y) { return domeColor(camera, x, y); });
+        }
+        comparePanorama(picture, what, [](double azimuth, double elevation) {
+            return toColor(sceneColor(Vec{0, 0, 1}.aboutX(elevation).aboutY(-azimuth)));
+        });
+    }
+};
+
+TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
+    startView(7, 500, 900);
+    const Picture tall = shown(frame);
+    EXPECT_TRUE(near(tall.at(125, 225), {}, 0) && near(tall.at(375, 225), {}, 0)) << "clear where taller than wide";
+    EXPECT_FALSE(near(tall.at(250, 675), {}, tolerance)) << "the panorama";
+    window->resize(40, 10);  // nothing stands
+    redraw();
+    window->resize(800, 600);
+    redraw();  // the first frame is drawn from farther away
+    const int wholeFrame[] = {5000, 5000, 5000, 5000};
+    Frame cut = frame;
+    cut.record.lensRegion = wholeFrame;
+    for (const bool isCut : {false, true}) {
+        const Picture picture = shown(isCut ? cut : frame);
+        comparePanes(picture, isCut ? "cut to the lens" : "planes");
+        for (int i = 0; i < 800; ++i) {
+            EXPECT_TRUE(near(picture.at(i, 299), {}, 0) && near(picture.at(i, 300), {}, 0)) << i;
+            EXPECT_TRUE(near(picture.at(399, i % 299), {}, 0) && near(picture.at(400, i % 299), {}, 0)) << i;
+        }
+    }
+}
+
+TEST_F(WallThreeViewGl, agreesWithFfmpegOnThePanorama) {
+    constexpr std::size_t side = 2160;  // of the half sphere before the lens: twelve pixels a degree
+    const char* const command =
+        "ffmpeg -nostdin -v error -f lavfi -i \"color=s=2048x2048,format=gray,geq=lum='128+60*sin(X/40)+50*sin(Y/50)',"
+        "v360=fisheye:hequirect:ih_fov=180:iv_fov=180:w=2160:h=2160\" -frames:v 1 -f rawvideo -pix_fmt gray -";
+    const std::unique_ptr<FILE, int (*)(FILE*)> ffmpeg(popen(command, "r"), pclose);
+    std::vector<unsigned char> unrolled(side * side);
+    ASSERT_EQ(std::fread(unrolled.data(), 1, unrolled.size(), ffmpeg.get()), unrolled.size());
+    const Frame waves(2048, 2048, [](int x, int y) {
+        return Yuv{static_cast<int>(128 + 60 * std::sin(x / 40.0) + 50 * std::sin(y / 50.0)), 128, 128};
+    });
+
+    startView(7, 800, 600);
+    // Interpolation: up to 1.3 levels for half a pixel at the rim, where the filter takes the centres of the outermost
+    // pixels for the circle's edge; 1.3 for 1/24 of a degree to the nearest of its pixels; 1 as it rounds down.
+    tolerance = 4;
+    comparePanorama(shown(waves), "waves", [&unrolled](double azimuth, double elevation) {
+        const auto pixel = [](double angle) { return static_cast<std::size_t>((angle + 90) * 12); };
+        return toColor({unrolled[pixel(-elevation) * side + pixel(azimuth)], 128, 128});
+    });
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <tuple>
 
 #include "views/walloneview180motion.h"
@@ -19,8 +18,6 @@ namespace {
 using enum WallZoom::Phase;
 using Gesture = std::function<void(WallZoom&)>;
 
-constexpr float huge = std::numeric_limits<float>::max();
-
 const Gesture none = [](WallZoom&) {};
 const Gesture touch = [](WallZoom& zoom) { zoom.touch(); };
 const Gesture tap = [](WallZoom& zoom) { zoom.doubleTap(); };
@@ -31,9 +28,6 @@ Gesture pinch(float factor) {
 }
 Gesture drag(float x1, float y1, float x2, float y2) {
     return [=](WallZoom& zoom) { zoom.drag(x1, y1, x2, y2); };
-}
-Gesture fling(float velocityX) {
-    return [=](WallZoom& zoom) { zoom.fling(velocityX); };
 }
 // As many pinches and drags may do. Turns are held to what was allowed where the camera stood.
 Gesture ask(float eyeZ, float yaw = 0, float pitch = 0) {
@@ -117,8 +111,7 @@ TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
     const float step = view.pinchStep, close = view.closeBelow, half = near + 0.5f;
     const float left = 1 - step / (far - half - step);
     play({{"a step in by any factor above 1", pinch(1.0001f), 1, WideRest, far - step, 0, 0},
-          {"a step out by any other", pinch(-huge), 1, WideRest, far, 0, 0},
-          {"no further", pinch(1), 1, WideRest, far, 0, 0},
+          {"a step out by any other", pinch(-1), 1, WideRest, far, 0, 0},
           {"across", ask(close - 0.001f), 1, CloseRest, close - 0.001f, 0, 0},
           {"back across", ask(close + 0.001f), 1, WideRest, close + 0.001f, 0, 0},
           {"past the near end", ask(-1e5), 1, CloseRest, near, 0, 0},
@@ -127,18 +120,6 @@ TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
           {"turned", ask(half, 6, -3), 1, CloseRest, half, 6, -3},
           {"pulled back, shrinks the turns", pinch(0.5), 1, CloseRest, half + step, 6 * left, -3 * left},
           {"coming near leaves them", pinch(2), 1, CloseRest, half, 6 * left, -3 * left}});
-}
-
-TEST_P(WallZoomTest, dragsAndFlingsTurn) {
-    play({{"near", ask(near), 1, CloseRest, near, 0, 0},
-          {"dragged", drag(0, 0, 100, 40), 1, CloseRest, near, -7.5, -3},
-          {"to the last pixel", drag(900, 700, 1000, 800), 1, CloseRest, near, -15, -10.5},
-          {"off to the left", drag(50, 50, 0, 40), 1, CloseRest, near, -15, -10.5},
-          {"off to the bottom", drag(900, 700, 900, 801), 1, CloseRest, near, -15, -10.5},
-          {"from far away", drag(huge, huge, 5, 5), 1, CloseRest, near, view.yaw, view.pitch},
-          {"and back", drag(-huge, -huge, 5, 5), 1, CloseRest, near, -view.yaw, -view.pitch},
-          {"flung", fling(-20000), 1, CloseRest, near, -view.yaw + 8.1f, -view.pitch},
-          {"flung beyond", fling(-huge), 1, CloseRest, near, view.yaw, -view.pitch}});
 }
 
 TEST_P(WallZoomTest, theSweepTakesOverUntilAGesture) {
@@ -151,11 +132,6 @@ TEST_P(WallZoomTest, theSweepTakesOverUntilAGesture) {
           {"and at the right end", ask(near, view.yaw - 0.3f), 12, CloseRest, near, view.yaw - 2, 0},
           {"stops where it is", touch, 10, CloseRest, near, view.yaw - 2, 0},
           {"hears taps again", tap, 1, FlyingOut, near, view.yaw - 2, 0}});
-    for (const Gesture& gesture : {touch, tap, pinch(2), drag(1, 1, 2, 2), fling(1)}) {
-        WallZoom fresh(view.settings);
-        sweep(fresh);
-        ZETShow::play(fresh, fresh, {{"before the first layout", gesture, 2, WideRest, far, 0, 0}});
-    }
 }
 
 TEST_P(WallZoomTest, hearsATapOnTheWayIn) {
@@ -165,8 +141,7 @@ TEST_P(WallZoomTest, hearsATapOnTheWayIn) {
           {"returns", none, 10, WideRest, 6.4f, 0, 0},
           {"further on the way", tap, 11, FlyingIn, 5.85f, 0, 0},
           {"loses a frame", tap, 1, FlyingIn, 5.85f, 0, 0},
-          {"goes on", none, 132, FlyingIn, view.flownIn, 0, 0},
-          {"arrives", none, 1, CloseRest, view.flownIn, 0, 0}});
+          {"goes on", none, 132, FlyingIn, view.flownIn, 0, 0}});
 }
 
 TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
@@ -186,9 +161,7 @@ TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
           {"to the left", ask(-0.8f, -40, 0.7f), 1, CloseRest, -0.8f, -39.7f, 0.7f},
           {"swept", sweep, 10, CloseRest, -0.8f, -41.7f, 0.7f},
           {"stopped", touch, 1, CloseRest, -0.8f, -41.4f, 0.7f},
-          {"down", ask(-0.8f, 20, 10), 1, CloseRest, -0.8f, 20, 9.7f},
-          {"a flight out takes note", tap, 2, FlyingOut, -0.75f, 20 - 20 * 0.05f / 7.2f, 9.1f - 9.4f * 0.05f / 7.2f},
-          {"goes evenly", none, 1, FlyingOut, -0.7f, 20 - 20 * 0.1f / 7.2f, 9.1f - 9.4f * 0.1f / 7.2f}});
+          {"down", ask(-0.8f, 20, 10), 1, CloseRest, -0.8f, 20, 9.7f}});
 }
 
 }  // namespace
