@@ -94,7 +94,7 @@ Session::Session(const Options& given)
 void Session::drawNext() {
     feed.show();
     driver.waitDrawn();
-    if (recording) recording->add(window->grab(), feed.due());
+    if (recording) recording->add(window->read(), feed.due());
 }
 
 void Session::setView(int view) {

@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 
-#include "grab.h"
 #include "source.h"
 
 namespace zetplay {
@@ -47,6 +46,7 @@ Window::Window(int width, int height, bool headless) {
     SDL_GetWindowWMInfo(_window, &info);
     _display = info.info.x11.display;
     _handle = info.info.x11.window;
+    _reader = std::make_unique<WindowReader>(_display);
     XSetWindowAttributes attributes{};
     attributes.backing_store = Always;
     // The module fills the whole window; a background would only flicker through on a resize.
@@ -96,10 +96,6 @@ void Window::resize(int newWidth, int newHeight) {
 void Window::toggleFullScreen() {
     _fullScreen = !_fullScreen;
     SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
-}
-
-Image Window::grab() const {
-    return grabWindow(_display, _handle);
 }
 
 }  // namespace zetplay
