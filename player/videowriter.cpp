@@ -177,6 +177,7 @@ void VideoWriter::encode(const AVFrame* frame) {
 }
 
 void VideoWriter::finish() {
+    if (!_parts) return;
     encode(nullptr);
     Parts& parts = *_parts;
     if (const int error = av_write_trailer(parts.format.get()); error < 0) fail(causeOf(error));

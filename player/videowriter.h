@@ -23,7 +23,7 @@ public:
 
     /// A picture of another size than the video's is scaled to it. If the place is full, `finish` still works.
     void add(const Pixels& pixels, double seconds);
-    /// Makes the file whole. Nothing can be added any more.
+    /// Makes the file whole. Nothing can be added any more; a second call does nothing.
     void finish();
 
 private:

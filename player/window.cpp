@@ -5,6 +5,9 @@
 #include <X11/Xlib.h>
 
 #include <cstdlib>
+#include <iostream>
+#include <thread>
+#include <utility>
 
 #include "source.h"
 
@@ -15,6 +18,16 @@ namespace {
 /// A window that is gone or can't be read is told by the call's result; Xlib's own handler would end the program.
 int ignoreXError(Display*, XErrorEvent*) {
     return 0;
+}
+
+std::function<void()> rescue;
+std::thread::id rescuer;
+
+/// Xlib ends the program behind this one in any case.
+int endWithoutServer(Display*) {
+    std::cerr << "zetplay: the X server has gone\n";
+    if (rescue && std::this_thread::get_id() == rescuer) std::exchange(rescue, {})();
+    std::_Exit(1);
 }
 
 }  // namespace
@@ -31,10 +44,17 @@ VideoSystem::VideoSystem() {
                                           : "no X display: DISPLAY is not set");
     }
     XSetErrorHandler(ignoreXError);
+    XSetIOErrorHandler(endWithoutServer);
 }
 
 VideoSystem::~VideoSystem() {
+    rescue = {};
     SDL_Quit();
+}
+
+void VideoSystem::onServerLost(std::function<void()> save) {
+    rescue = std::move(save);
+    rescuer = std::this_thread::get_id();
 }
 
 Window::Window(int width, int height, bool headless) {

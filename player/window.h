@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -20,6 +21,9 @@ public:
     ~VideoSystem();
     VideoSystem(const VideoSystem&) = delete;
     VideoSystem& operator=(const VideoSystem&) = delete;
+
+    /// What to save before the program ends because the X server has gone. For the thread that calls this.
+    void onServerLost(std::function<void()> save);
 };
 
 /// An X window. A headless one is mapped, since only a mapped window has pixels, but outside every screen and
