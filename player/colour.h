@@ -6,7 +6,7 @@
 
 namespace zetplay {
 
-/// Full-range BT.601 to RGBA, opaque, top row first, no padding. `rgba` holds `width * height * 4` bytes.
+/// YUV to RGBA by the module's matrix, opaque, top row first, no padding. `rgba` holds `width * height * 4` bytes.
 void convertToRgba(const Picture& picture, std::uint8_t* rgba);
 
 }  // namespace zetplay

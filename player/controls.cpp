@@ -116,7 +116,8 @@ void Controls::handleFinger(const SDL_TouchFingerEvent& event) {
 
 void Controls::handleWindow(const SDL_WindowEvent& event) {
     if (event.event == SDL_WINDOWEVENT_CLOSE) _session.quit();
-    // The module sees the new size at its next draw.
+    // The module sees the new size at its next draw; of a recording that is at hand.
+    if (_session.recording) return;
     if (event.event == SDL_WINDOWEVENT_SIZE_CHANGED || event.event == SDL_WINDOWEVENT_EXPOSED)
         _session.driver.requestRedraw();
 }

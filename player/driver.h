@@ -31,7 +31,7 @@ struct Snapshot {
 
 /// The bus, the display on it and the last frame: every command to the module goes through here.
 ///
-/// All operations are called on one thread, the player's, and reach the bus as they stand.
+/// All operations are called on one thread, the player's. Values are passed on unchecked.
 class Driver {
 public:
     Driver();

@@ -22,6 +22,17 @@ struct Image {
     std::vector<std::uint8_t> rgb;
 };
 
+/// Upright picture in memory of somebody else's: words of 32 bits that hold 0xRRGGBB below what means nothing, the top
+/// row first.
+struct Pixels {
+    const std::uint8_t* first;
+    int lineSize;  ///< bytes
+    int width;     ///< pixels
+    int height;    ///< pixels
+};
+
+Image imageFromPixels(const Pixels& pixels);
+
 /// From RGBA without padding, whose first row is the top one or, as OpenGL reads it, the bottom one. Alpha is dropped.
 Image imageFromRgba(const std::vector<std::uint8_t>& rgba, int width, int height, bool topRowFirst);
 

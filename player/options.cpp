@@ -47,11 +47,15 @@ void setSize(Options& options, const std::string& text) {
 }
 
 void setLens(Options& options, const std::string& text) {
-    options.findLens = text == "auto";
-    options.lensGiven = !options.findLens;
-    if (text == "auto" || text == "none") return;
-    options.lens = parseLens(text);
-    if (!options.lens) refuse("--lens", text, "CX,CY,RX,RY in 1/10000 of the picture, auto or none");
+    if (text == "auto") {
+        options.lens = LensToFind{};
+    } else if (text == "none") {
+        options.lens = NoLens{};
+    } else if (const auto region = parseLens(text)) {
+        options.lens = *region;
+    } else {
+        refuse("--lens", text, "CX,CY,RX,RY in 1/10000 of the picture, auto or none");
+    }
 }
 
 void setSynthetic(Options& options, const std::string& text) {
@@ -126,7 +130,10 @@ void apply(const CLI::App& app, const Texts& texts, Options& options) {
     if (app.count("--synthetic") > 0) setSynthetic(options, texts.synthetic);
     if (app.count("--frames") > 0) setFrames(options, texts.frames);
     if (texts.mount == "wall") options.mount = Mount::wall;
-    if (app.count("INPUT") > 0 && options.input.empty()) throw WrongUsage("INPUT is empty");
+    // Else an empty variable in a shell script would be taken for an option that is not given.
+    for (const char* file : {"INPUT", "--meta", "--script", "--shot", "--record", "--gallery", "--font"})
+        if (app.count(file) > 0 && app[file]->as<std::string>().empty())
+            throw WrongUsage(std::string(file) + " is empty");
     for (const char* option : {"--mount", "--synthetic"})
         if (!options.input.empty() && app.count(option) > 0)
             throw WrongUsage(std::string(option) + ": only without INPUT, for the synthetic camera");

@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <variant>
 
 #include "annotations.h"
 #include "source.h"
@@ -16,15 +17,19 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// Choices of the lens circle, beside a given `LensRegion`.
+
+struct LensOfMetadata {};
+struct NoLens {};
+struct LensToFind {};  ///< in the first pictures
+
 /// The command line.
 struct Options {
     std::string input;  ///< empty for the synthetic camera
     int view = 0;
     int width = 1280;  ///< of the window, pixels
     int height = 720;
-    bool findLens = false;  ///< in the first pictures
-    bool lensGiven = false;
-    std::optional<LensRegion> lens;
+    std::variant<LensOfMetadata, NoLens, LensToFind, LensRegion> lens;
     std::string meta;
     Mount mount = Mount::ceiling;
     SyntheticSize synthetic;

@@ -38,7 +38,6 @@ bool Playback::goesOn() {
     return !_ended || (_session.source->still() && !_session.options.headless);
 }
 
-/// No picture is due by the clock.
 bool Playback::resting() const {
     return _ended || _controls.paused();
 }

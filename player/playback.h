@@ -19,6 +19,7 @@ private:
     using Clock = std::chrono::steady_clock;
 
     bool goesOn();
+    /// No picture is due by the clock.
     bool resting() const;
     int untilNextMs() const;
     void playDue();

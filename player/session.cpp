@@ -78,23 +78,37 @@ Session::Session(const Options& given)
       _view(given.view) {
     feed.loop = options.loop;
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
-    if (options.lensGiven) feed.setLens(options.lens);
-    if (options.findLens) feed.setLens(findLens(*source, options.input));
+    if (const auto* region = std::get_if<LensRegion>(&options.lens)) feed.setLens(*region);
+    if (std::holds_alternative<NoLens>(options.lens)) feed.setLens(std::nullopt);
+    if (std::holds_alternative<LensToFind>(options.lens)) feed.setLens(findLens(*source, options.input));
     driver.global().setFontPath(fontFile(options.font));
     driver.global().setStartTime4WaterMarker(options.startTime);
     driver.global().setRectZoom(options.rectZoom);
     retitle();
     driver.setView(_view);
     driver.setWindow(window->handle());
-    if (!options.record.empty())
-        recording =
-            std::make_unique<VideoWriter>(options.record, window->width(), window->height(), source->frameRate());
+    if (!options.record.empty()) startRecording();
+}
+
+Session::~Session() {
+    _video.onServerLost({});
+}
+
+void Session::startRecording() {
+    recording = std::make_unique<VideoWriter>(options.record, window->width(), window->height(), source->frameRate());
+    _video.onServerLost([this] {
+        try {
+            recording->finish();
+        } catch (const Failure& failure) {
+            std::cerr << std::string("zetplay: ") + failure.what() + '\n';
+        }
+    });
 }
 
 void Session::drawNext() {
     feed.show();
     driver.waitDrawn();
-    if (recording) recording->add(window->grab(), feed.due());
+    if (recording) recording->add(window->read(), feed.due());
 }
 
 void Session::setView(int view) {

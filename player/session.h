@@ -17,6 +17,7 @@ class Session {
 public:
     /// Opens the input, then the window, then the display. Throws `Failure`.
     explicit Session(const Options& options);
+    ~Session();
 
     // In the order in which they are made; they go in the opposite one.
 
@@ -53,6 +54,7 @@ public:
     void drainEvents();
 
 private:
+    void startRecording();
     void retitle();
 
     int _view;

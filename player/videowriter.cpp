@@ -137,22 +137,22 @@ void VideoWriter::holdRoom() {
     if (const int error = parts.reserve->hold(avio_tell(parts.format->pb) + toCome)) fail(causeOf(AVERROR(error)));
 }
 
-void VideoWriter::add(const Image& image, double seconds) {
+void VideoWriter::add(const Pixels& pixels, double seconds) {
     Parts& parts = *_parts;
     holdRoom();
     AVFrame& frame = *parts.frame;
     // The encoder may still hold the last picture's memory.
     if (const int error = av_frame_make_writable(&frame); error < 0) fail(causeOf(error));
     constexpr int quality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP;
-    parts.scaler.reset(sws_getCachedContext(parts.scaler.release(), evenPart(image.width), evenPart(image.height),
-                                            AV_PIX_FMT_RGB24, frame.width, frame.height, AV_PIX_FMT_YUV420P, quality,
+    parts.scaler.reset(sws_getCachedContext(parts.scaler.release(), evenPart(pixels.width), evenPart(pixels.height),
+                                            AV_PIX_FMT_0RGB32, frame.width, frame.height, AV_PIX_FMT_YUV420P, quality,
                                             nullptr, nullptr, nullptr));
     if (!parts.scaler) fail("the window's picture cannot be scaled");
     const int* const rgb = sws_getCoefficients(SWS_CS_DEFAULT);
     sws_setColorspaceDetails(parts.scaler.get(), rgb, 1, sws_getCoefficients(SWS_CS_ITU709), 0, 0, 1 << 16, 1 << 16);
-    const std::uint8_t* const rows[] = {image.rgb.data()};
-    const int lineSizes[] = {3 * image.width};
-    sws_scale(parts.scaler.get(), rows, lineSizes, 0, evenPart(image.height), frame.data, frame.linesize);
+    const std::uint8_t* const rows[] = {pixels.first};
+    const int lineSizes[] = {pixels.lineSize};
+    sws_scale(parts.scaler.get(), rows, lineSizes, 0, evenPart(pixels.height), frame.data, frame.linesize);
     frame.pts = std::max<std::int64_t>(parts.lastTick + 1, std::llround(seconds * ticksPerSecond));
     parts.lastTick = frame.pts;
     ++parts.sent;
@@ -177,6 +177,7 @@ void VideoWriter::encode(const AVFrame* frame) {
 }
 
 void VideoWriter::finish() {
+    if (!_parts) return;
     encode(nullptr);
     Parts& parts = *_parts;
     if (const int error = av_write_trailer(parts.format.get()); error < 0) fail(causeOf(error));

@@ -22,8 +22,8 @@ public:
     VideoWriter& operator=(const VideoWriter&) = delete;
 
     /// A picture of another size than the video's is scaled to it. If the place is full, `finish` still works.
-    void add(const Image& image, double seconds);
-    /// Makes the file whole. Nothing can be added any more.
+    void add(const Pixels& pixels, double seconds);
+    /// Makes the file whole. Nothing can be added any more; a second call does nothing.
     void finish();
 
 private:

@@ -5,8 +5,10 @@
 #include <X11/Xlib.h>
 
 #include <cstdlib>
+#include <iostream>
+#include <thread>
+#include <utility>
 
-#include "grab.h"
 #include "source.h"
 
 namespace zetplay {
@@ -16,6 +18,16 @@ namespace {
 /// A window that is gone or can't be read is told by the call's result; Xlib's own handler would end the program.
 int ignoreXError(Display*, XErrorEvent*) {
     return 0;
+}
+
+std::function<void()> rescue;
+std::thread::id rescuer;
+
+/// Xlib ends the program behind this one in any case.
+int endWithoutServer(Display*) {
+    std::cerr << "zetplay: the X server has gone\n";
+    if (rescue && std::this_thread::get_id() == rescuer) std::exchange(rescue, {})();
+    std::_Exit(1);
 }
 
 }  // namespace
@@ -32,10 +44,17 @@ VideoSystem::VideoSystem() {
                                           : "no X display: DISPLAY is not set");
     }
     XSetErrorHandler(ignoreXError);
+    XSetIOErrorHandler(endWithoutServer);
 }
 
 VideoSystem::~VideoSystem() {
+    rescue = {};
     SDL_Quit();
+}
+
+void VideoSystem::onServerLost(std::function<void()> save) {
+    rescue = std::move(save);
+    rescuer = std::this_thread::get_id();
 }
 
 Window::Window(int width, int height, bool headless) {
@@ -47,6 +66,7 @@ Window::Window(int width, int height, bool headless) {
     SDL_GetWindowWMInfo(_window, &info);
     _display = info.info.x11.display;
     _handle = info.info.x11.window;
+    _reader = std::make_unique<WindowReader>(_display);
     XSetWindowAttributes attributes{};
     attributes.backing_store = Always;
     // The module fills the whole window; a background would only flicker through on a resize.
@@ -96,10 +116,6 @@ void Window::resize(int newWidth, int newHeight) {
 void Window::toggleFullScreen() {
     _fullScreen = !_fullScreen;
     SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
-}
-
-Image Window::grab() const {
-    return grabWindow(_display, _handle);
 }
 
 }  // namespace zetplay

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 
 #include "image.h"
+#include "windowreader.h"
 
 struct SDL_Window;
 struct _XDisplay;
@@ -18,6 +21,9 @@ public:
     ~VideoSystem();
     VideoSystem(const VideoSystem&) = delete;
     VideoSystem& operator=(const VideoSystem&) = delete;
+
+    /// What to save before the program ends because the X server has gone. For the thread that calls this.
+    void onServerLost(std::function<void()> save);
 };
 
 /// An X window. A headless one is mapped, since only a mapped window has pixels, but outside every screen and
@@ -37,8 +43,10 @@ public:
     /// Returns when the server has the new size, or after half a second if a window manager refuses it.
     void resize(int width, int height);
     void toggleFullScreen();
-    /// What the X server holds for the window, upright. Throws `Failure`.
-    Image grab() const;
+    /// What the X server holds for the window; good until the next call. Throws `Failure`.
+    Pixels read() { return _reader->read(_handle); }
+    /// The same as a picture of its own.
+    Image grab() { return imageFromPixels(read()); }
 
 private:
     void placeOffScreen(int width);
@@ -46,6 +54,7 @@ private:
     SDL_Window* _window;
     _XDisplay* _display = nullptr;
     std::uintptr_t _handle = 0;
+    std::unique_ptr<WindowReader> _reader;
     bool _fullScreen = false;
 };
 

@@ -11,7 +11,7 @@ packages=(
     # A driver for EGL: Mesa, also on machines without a graphics card
     libegl1 libegl-mesa0 libgles2 libgl1-mesa-dri
     # zetplay
-    libsdl2-dev libx11-dev libavformat-dev libavcodec-dev libswscale-dev libpng-dev libcli11-dev nlohmann-json3-dev
+    libsdl2-dev libx11-dev libxext-dev libavformat-dev libavcodec-dev libswscale-dev libpng-dev libcli11-dev nlohmann-json3-dev
     # Tests and benchmarks
     libgtest-dev libgmock-dev libbenchmark-dev ffmpeg xdotool
     # An X display where there is no screen, and how to ask for one
