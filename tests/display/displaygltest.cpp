@@ -116,7 +116,7 @@ TEST_F(DisplayGl, refusesFramesThatCantBeReadWhole) {
 TEST_F(DisplayGl, dropsAFrameWhileTheLastOneIsUndrawn) {
     start(64, 64);
     expectShown(shown(redFrame), red, "alone");
-    const SwapHook hook([this] {
+    actBetweenDraws([this] {
         setFrame(blueFrame);
         setFrame(redFrame);
     });

@@ -40,6 +40,15 @@ protected:
         requestAndWait(30);
         rest();  // a turn that is left has been taken by now, and goes
     }
+    /// Acts just behind a draw, and again if another one comes before it is done.
+    template <typename Act>
+    void actBetweenDraws(const Act& act) {
+        for (int swaps = -1; swaps != swapsEnded();) {
+            redraw();
+            swaps = swapsEnded();
+            act();
+        }
+    }
     /// The window with `frame` in it.
     Picture shown(const Frame& frame) {
         bus.setConfig(DCFG_YUV_FRAME, &frame.record);
