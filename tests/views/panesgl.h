@@ -26,11 +26,9 @@ struct PanesGl : DisplayTest {
     /// At a place of a dome with an even radius and the bottom of the lens circle at angle 0.
     static Wanted evenColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
 
-    /// With `frame` in it.
     void startView(int mode, int width, int height) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
         start(width, height);
-        bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     }
     void drag(float x1, float y1, float x2, float y2) {
         const DragPoints points{x1, y1, x2, y2};

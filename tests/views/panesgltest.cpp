@@ -11,6 +11,7 @@ constexpr SceneBackdrop nothing{0, 0}, halo{1, 1};
 TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
     constexpr float most = std::numeric_limits<float>::max();
     startView(0, 300, 250);
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     for (const int mode : {0, 5, 2, 6, 3, 4, 7, 8, 9, 10, 1}) {
         SCOPED_TRACE(mode);
         bus.setConfig(DCFG_RENDER_MODE, mode);
@@ -121,6 +122,7 @@ struct DetailAreaGl : PanesGl {
 
 TEST_F(DetailAreaGl, theMapIsLitWhereTheDetailLooks) {
     startView(4, 600, 501);
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectMapView(0, 0, "rest");
     drag(400, 300, 500, 220);
     expectMapView(0.9, 11.25, "dragged");
@@ -134,6 +136,7 @@ TEST_F(DetailAreaGl, theMapIsLitWhereTheDetailLooks) {
 
 TEST_F(DetailAreaGl, theWallsOverviewIsLitWhereTheDetailLooks) {
     startView(8, 600, 501);
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectWallTwoView(0, 0, 0, "rest");
     for (int i = 0; i < 10; ++i) drag(400, 300, 496, 252);  // 2.88 degrees are two steps, and half of it
     expectWallTwoView(14.4, -28.8, std::hypot(14.4, 28.8) / 50.4 / 2, "dragged against the finger");

@@ -47,6 +47,7 @@ struct WallOneGl : PanesGl {
 
 TEST_F(WallOneGl, mode9ShowsTheLensCircleFromFarAndNear) {
     startView(9, 600, 420);
+    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectLens("far", 6, 0, 0);
     touch(DCFG_DOUBLE_TAP, 1, 1);
     drawOut();  // 30 steps each
