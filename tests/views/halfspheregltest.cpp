@@ -51,7 +51,7 @@ TEST_F(HalfSphere, asksForFramesOnlyWhileItMovesByItself) {
     for (int i = 0; i < 3; ++i) drawOut();
     const AutoRotate turning{1, 1};
     bus.setConfig(DCFG_AUTO_ROTATE, &turning);
-    EXPECT_EQ(requestsOf([this] { drawOut(); }), 1) << "this one; a turn alone takes place with the video";
+    EXPECT_EQ(requestsOf([this] { redraw(); }), 1) << "this one; a turn alone takes place with the video";
     for (const SceneBackdrop& scene : {SceneBackdrop{0, 1}, {1, 0}}) {
         bus.setConfig(DCFG_SCENE_BACKDROP, &scene);
         EXPECT_GT(requestsOf([this] { drawOut(); }), 25) << "stars " << scene.stars;
