@@ -19,9 +19,13 @@ int zet::test::allocations() {
     return count;
 }
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (isCounted) ++count;
-    if (void* const memory = std::malloc(size)) return memory;
+    return std::malloc(size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* const memory = operator new(size, std::nothrow)) return memory;
     throw std::bad_alloc();
 }
 
