@@ -76,6 +76,13 @@ SDL_Event mouseAt(Uint32 type, int x, Uint32 milliseconds) {
     return event;
 }
 
+/// Of a window of 160x120.
+SDL_Event fingerAt(Uint32 type, SDL_FingerID finger, float x, float y) {
+    SDL_Event event{};
+    event.tfinger = {type, 1000, 1, finger, x / 160, y / 120, 0, 0, 1, 0};
+    return event;
+}
+
 /// Through the queue's own door: SDL puts its own time on events that are pushed.
 void happen(SDL_Event event) {
     SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0);
@@ -95,6 +102,7 @@ protected:
             {zet::DCFG_ROTATION, "rotation ", integer},
             {zet::DCFG_TOUCH_DOWN, "touch-down ", numbers<float, 2>},
             {zet::DCFG_TOUCH_UP, "touch-up ", numbers<float, 2>},
+            {zet::DCFG_PINCH, "pinch ", [](std::ostream& out, const Event& event) { out << (event.getFloat() > 1); }},
             {zet::DCFG_DRAG, "drag ", numbers<float, 4>},
             {zet::DCFG_FLING, "fling ", numbers<float, 2>},
             {zet::DCFG_AUTO_ROTATE, "auto-rotate ", numbers<std::int32_t, 1>},
@@ -154,6 +162,23 @@ TEST_F(OnBus, KeysAndMouseDoAsTheViewWants) {
         const std::string drag = view == 0 ? "drag 60 0 10 0; " : "drag 10 0 60 0; ";
         const std::string fling = view == 0 ? "" : view == 8 ? "fling -1000 0; " : "fling 1000 0; ";
         EXPECT_EQ(notes(), "touch-down 10 0; " + drag + "touch-up 60 0; " + fling);
+    }
+}
+
+TEST_F(OnBus, FingersDragAndPinch) {
+    const std::tuple<Uint32, int, float, float, const char*> steps[] = {
+        {SDL_FINGERDOWN, 1, 40, 30, "touch-down 40 30; "},
+        {SDL_FINGERMOTION, 1, 80, 60, "drag 80 60 40 30; "},
+        {SDL_FINGERDOWN, 2, 120, 60, "touch-up 80 60; "},
+        {SDL_FINGERMOTION, 2, 160, 60, "pinch 1; "},
+        {SDL_FINGERMOTION, 1, 140, 60, "pinch 0; "},
+        {SDL_FINGERUP, 1, 140, 60, ""},
+        {SDL_FINGERMOTION, 2, 20, 20, ""},
+        {SDL_FINGERUP, 2, 20, 20, ""},
+    };
+    for (const auto& [type, finger, x, y, expected] : steps) {
+        happen(fingerAt(type, finger, x, y));
+        EXPECT_EQ(notes(), expected);
     }
 }
 

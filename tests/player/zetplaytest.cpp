@@ -68,6 +68,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"good.y4m", "env DISPLAY=:4711", 1, "zetplay: cannot open X display :4711\n"},
         {"good.y4m", "env -u DISPLAY", 1, "zetplay: no X display: DISPLAY is not set\n"},
         {"good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view[^\n]*\n"},
+        {"--record ''", "", 2, "zetplay: --record is empty\n"},
         {"good.y4m --frames 0", "", 2, "zetplay: --frames: '0' is not a count of frames\n"},
         {"good.y4m --script wrong.txt", "", 2, "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"good.y4m --script much.txt", "", 1, "zetplay: much\\.txt:1: frame: the input ends after 9 frames\n"},
