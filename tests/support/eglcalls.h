@@ -37,6 +37,6 @@ public:
 /// Swaps of all displays that have ended since the start of the program.
 int swapsEnded();
 /// Waits until `count` swaps have ended since `swapsEnded()` was `since`; false after 10 s.
-bool waitForSwaps(int count, int since = swapsEnded());
+bool waitForSwaps(int count, int since);
 
 }  // namespace zet::test

@@ -170,8 +170,9 @@ TEST_F(FlatView, answersTheZoomInForce) {
         bus.setConfig(id, set);
         EXPECT_FLOAT_EQ(scale(), answered) << id << ' ' << set;
     }
+    const int before = swapsEnded();
     touch(DCFG_DOUBLE_TAP, 0, 128);
-    ASSERT_TRUE(waitForSwaps(40));  // 34 steps back to 1; the flight pulls its own frames
+    ASSERT_TRUE(waitForSwaps(40, before));  // 34 steps back to 1; the flight pulls its own frames
     EXPECT_EQ(scale(), 1.0f);
 }
 
