@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     # Compiler and build
-    g++ cmake ninja-build pkg-config dpkg-dev
+    g++ cmake ninja-build pkg-config dpkg-dev file
     # The module: EGL, GLES, label text, timestamps
     libegl-dev libgles-dev libfreetype-dev libavfilter-dev libavutil-dev fonts-dejavu-core
     # A driver for EGL: Mesa, also on machines without a graphics card

@@ -73,7 +73,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"good.y4m --script wrong.txt", "", 2, "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"good.y4m --script much.txt", "", 1, "zetplay: much\\.txt:1: frame: the input ends after 9 frames\n"},
         {"good.y4m --shot no/where.png", "", 1, "zetplay: no/where\\.png: No such file or directory\n"},
-        {"good.y4m --record /sys/r.mp4", "", 1, "zetplay: /sys/r\\.mp4: [^\n]+\n"},
+        {"good.y4m --record /proc/r.mp4", "", 1, "zetplay: /proc/r\\.mp4: [^\n]+\n"},
         {"good.y4m --record /dev/full", "", 1, "zetplay: /dev/full: No space left on device\n"},
         {"good.y4m --gallery good.y4m/all", "", 1, "zetplay: good\\.y4m/all: Not a directory\n"},
         {"good.y4m --lens auto", "", 1, "zetplay: good\\.y4m: no lens circle found\n"},
