@@ -73,4 +73,14 @@ inline constexpr std::int64_t DCFG_ROTATION = displayConfigId(0x9000001e);
 /// own copy of the frame into the buffer, top row first, and its size. It must not set or read anything on the bus.
 inline constexpr std::int64_t DCFG_FRAME_READ = displayConfigId(0x9000001f);
 
+// Identifiers beyond the common list.
+
+/// `FrameColor`: how the colours of the frames are coded. In force from the next draw on, in all views and in both
+/// kinds of snapshot; the setter waits, and a redraw is asked for. A record that names no known matrix is refused with
+/// a line in the log: the last one stays.
+inline constexpr std::int64_t DCFG_FRAME_COLOR = displayConfigId(0x90000101);
+/// Set by the module on the render thread after each swap that has shown a draw: uint32 by value, the draws of this
+/// display so far, redraws included. Its observers only store what they need, and neither set nor read anything.
+inline constexpr std::int64_t DCFG_DRAWN = displayConfigId(0x90000102);
+
 }  // namespace zet

@@ -27,7 +27,8 @@ struct SizeHelp {
     int size = 0;                ///< bytes
 };
 
-/// The configuration bus: 33 slots, for the identifiers 0x90000000 to 0x90000020, each with a value and observers.
+/// The configuration bus: one slot for each identifier from 0x90000000 to 0x90000020 and from 0x90000101 to 0x90000108,
+/// each with a value and observers.
 ///
 /// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
 /// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
@@ -115,7 +116,8 @@ public:
 private:
     friend class DisplayConfigUserData;
 
-    static constexpr int slotCount = 33;
+    static constexpr int givenSlots = 33;  // 0x90000000 and up: identifiers that all players of the interface share
+    static constexpr int ownSlots = 8;     // 0x90000101 and up: this module's own
 
     struct DisplayConfigData {
         DisplayConfigData() = default;
@@ -147,7 +149,7 @@ private:
     void doEvent(DisplayConfigData& slot, unsigned event);
     void replay(DisplayConfigData& slot, const DisplayConfigUserData& registration);
 
-    DisplayConfigData _slots[slotCount];
+    DisplayConfigData _slots[givenSlots + ownSlots];
 };
 
 /// A registration and the value that is delivered to it, as its observer sees them. The accessors read the slot as it

@@ -58,6 +58,23 @@ struct YUV420PData {
     const int* lensRegion = nullptr;
 };
 
+/// Matrix coefficients by the code points of ITU-T H.273, table 4, as decoders report them.
+enum ColorMatrix : std::int32_t {
+    COLOR_MATRIX_BT709 = 1,        ///< BT.709: what most cameras of 720 lines and more send
+    COLOR_MATRIX_UNSPECIFIED = 2,  ///< the colours that `YUV420PData` tells, whatever the range
+    COLOR_MATRIX_FCC = 4,          ///< the FCC's of 1953
+    COLOR_MATRIX_BT470BG = 5,      ///< BT.601 of 625 lines, and JFIF
+    COLOR_MATRIX_BT601 = 6,        ///< BT.601 of 525 lines: the same numbers
+    COLOR_MATRIX_SMPTE240M = 7,    ///< SMPTE 240M
+    COLOR_MATRIX_BT2020 = 9,       ///< BT.2020, non-constant luminance
+};
+
+/// Value of `DCFG_FRAME_COLOR`.
+struct FrameColor {
+    std::int32_t matrix = COLOR_MATRIX_UNSPECIFIED;  ///< a `ColorMatrix`
+    std::int32_t fullRange = 0;  ///< 0 limited (Y 16 to 235, U and V 16 to 240), anything else full (0 to 255)
+};
+
 /// Value of `DCFG_SNAP`: in what is asked for and where it goes, out how large it became. Where the picture can't be
 /// had or doesn't fit, nothing is written: `width` and `height` stay as they were.
 struct SnapData {
@@ -136,6 +153,6 @@ enum FaceOption : int { FACE_BOX = 1, FACE_GENDER = 2, FACE_AGE = 4, FACE_NAME =
 /// Settings whose record the bus keeps, so that a view that is made later still finds it.
 template <typename T>
 concept SettingRecord = std::same_as<T, Fling> || std::same_as<T, AutoRotate> || std::same_as<T, SceneBackdrop> ||
-    std::same_as<T, LensParam>;
+    std::same_as<T, LensParam> || std::same_as<T, FrameColor>;
 
 }  // namespace zet

@@ -20,8 +20,11 @@ void* newHandle() {
 }  // namespace
 
 DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
-    constexpr std::int64_t first = displayConfigId(0x90000000);
-    return id >= first && id < first + slotCount ? &_slots[id - first] : nullptr;
+    constexpr std::int64_t given = displayConfigId(0x90000000);
+    constexpr std::int64_t own = displayConfigId(0x90000101);
+    if (id >= given && id < given + givenSlots) return &_slots[id - given];
+    if (id >= own && id < own + ownSlots) return &_slots[givenSlots + (id - own)];
+    return nullptr;
 }
 
 int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {

@@ -148,7 +148,9 @@ int Display::drawFrame() {
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_WIDTH, &_surfaceWidth)) return -1;
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_HEIGHT, &_surfaceHeight)) return -1;
     if (makeCurrent() == 0) drawPicture();
-    return swapBuffers();
+    if (swapBuffers() != 0) return -1;
+    _config->setConfig(DCFG_DRAWN, ++_drawCount);
+    return 0;
 }
 
 void Display::drawPicture() {

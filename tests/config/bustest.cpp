@@ -41,11 +41,18 @@ protected:
     float read = 7;
 };
 
-TEST_F(Bus, hasOneSlotForEachOf33SignExtendedIdentifiers) {
+TEST_F(Bus, hasOneSlotForEachSignExtendedIdentifier) {
     static_assert(DCFG_WINDOW_INSTANCE == -1879048191);
     EXPECT_EQ(bus.setConfig(displayConfigId(0x90000000), 1), 0);
     EXPECT_EQ(bus.setConfig(displayConfigId(0x90000020), 1), 0);
-    const std::int64_t others[] = {displayConfigId(0x90000021), displayConfigId(0x8fffffff), 0x90000001, 0};
+    EXPECT_EQ(bus.setConfig(displayConfigId(0x90000101), 1), 0);
+    EXPECT_EQ(bus.setConfig(displayConfigId(0x90000108), 1), 0);
+    const std::int64_t others[] = {displayConfigId(0x90000021),
+                                   displayConfigId(0x90000100),
+                                   displayConfigId(0x90000109),
+                                   displayConfigId(0x8fffffff),
+                                   0x90000001,
+                                   0};
     const auto callback = [](DisplayConfig&, Delivery&) { return 0; };
     for (const std::int64_t none : others) {
         EXPECT_EQ(bus.setConfig(none, 1), -1) << none;
