@@ -37,16 +37,18 @@ std::optional<ColorTransform> findColorTransform(const FrameColor& color) {
     if (!shares) return std::nullopt;
     const double green = 1.0 - shares->red - shares->blue;
     const double lumaScale = color.fullRange ? 1.0 : 255.0 / 219.0;
+    const double black = color.fullRange ? 0.0 : 16.0 / 255.0;
     const double chromaScale = color.fullRange ? 1.0 : 255.0 / 224.0;
     const double blueOfU = 2.0 * (1.0 - shares->blue) * chromaScale;
     const double redOfV = 2.0 * (1.0 - shares->red) * chromaScale;
-    const auto luma = static_cast<float>(lumaScale);
-    constexpr float middle = 128.0f / 255.0f;
     return ColorTransform{
-        {luma, luma, luma,                                                                        //
-         0.0f, static_cast<float>(-blueOfU * shares->blue / green), static_cast<float>(blueOfU),  //
-         static_cast<float>(redOfV), static_cast<float>(-redOfV * shares->red / green), 0.0f},
-        {color.fullRange ? 0.0f : 16.0f / 255.0f, middle, middle},
+        .luma = static_cast<float>(lumaScale),
+        .lumaOffset = static_cast<float>(-black * lumaScale),
+        .chromaMiddle = static_cast<float>(128.0 / 255.0),
+        .redOfV = static_cast<float>(redOfV),
+        .greenOfU = static_cast<float>(-blueOfU * shares->blue / green),
+        .greenOfV = static_cast<float>(-redOfV * shares->red / green),
+        .blueOfU = static_cast<float>(blueOfU),
     };
 }
 

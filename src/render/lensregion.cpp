@@ -35,7 +35,9 @@ CropParam findLensRegion(const int* lensRegion, int width, int height, int lineS
 
 RegionMap mapOntoRegion(const CropParam& crop, int width, int height) {
     const auto share = [](int part, int whole) { return static_cast<float>(part) / static_cast<float>(whole); };
-    return {share(crop.x, width), share(crop.y, height), share(crop.width, width), share(crop.height, height)};
+    const float halfWidth = 0.5f * share(crop.width, width);
+    const float halfHeight = 0.5f * share(crop.height, height);
+    return {share(crop.x, width) + halfWidth, share(crop.y, height) + halfHeight, halfWidth, halfHeight};
 }
 
 }  // namespace zet::ZETShow

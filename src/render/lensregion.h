@@ -12,13 +12,13 @@ struct CropParam {
     bool operator==(const CropParam&) const = default;
 };
 
-/// An affine map of texture coordinates: (0, 0) to (1, 1), from the top left corner of the lens region to its bottom
-/// right one, become (x, y) to (x + width, y + height) of the planes' textures.
+/// An affine map of places: (-1, -1) to (1, 1), from the top left corner of the lens region to its bottom right one,
+/// become texture coordinates of the planes, centre - half size to centre + half size.
 struct RegionMap {
-    float x = 0.0f;
-    float y = 0.0f;
-    float width = 1.0f;
-    float height = 1.0f;
+    float centreX = 0.5f;
+    float centreY = 0.5f;
+    float halfWidth = 0.5f;
+    float halfHeight = 0.5f;
 };
 
 /// The lens region of a picture of `width` by `height` pixels whose lines hold `lineSize`, all positive.

@@ -78,13 +78,13 @@ void checkFragmentPrecision() {
 }
 
 int FrameProgram::build(const char* vertexStage, std::initializer_list<const char*> pieces) {
-    std::string fragmentStage = joinFragment({frameDeclarations, planeSampling, pictureSampling});
+    std::string fragmentStage = joinFragment({frameDeclarations, planeSampling, lensSampling});
     for (const char* const piece : pieces) fragmentStage += piece;
     name = buildProgram(vertexStage, fragmentStage.c_str());
     if (name == 0) return -1;
     mapMatrixLoc = uniform("u_mapMatrix");
-    colorMatrixLoc = uniform("colorMatrix");
-    colorOffsetLoc = uniform("colorOffset");
+    levelsLoc = uniform("levels");
+    weightsLoc = uniform("weights");
     regionLoc = uniform("region");
     glUseProgram(name);
     glUniform1i(uniform("y_texture"), lumaUnit);
@@ -94,9 +94,11 @@ int FrameProgram::build(const char* vertexStage, std::initializer_list<const cha
 
 void FrameProgram::use(const Frame& frame) const {
     glUseProgram(name);
-    glUniformMatrix3fv(colorMatrixLoc, 1, GL_FALSE, frame.color.matrix);
-    glUniform3fv(colorOffsetLoc, 1, frame.color.offset);
-    glUniform4f(regionLoc, frame.region.x, frame.region.y, frame.region.width, frame.region.height);
+    const ColorTransform& color = frame.color;
+    glUniform3f(levelsLoc, color.luma, color.lumaOffset, color.chromaMiddle);
+    glUniform4f(weightsLoc, color.redOfV, color.greenOfU, color.greenOfV, color.blueOfU);
+    const RegionMap& region = frame.region;
+    glUniform4f(regionLoc, region.centreX, region.centreY, region.halfWidth, region.halfHeight);
 }
 
 }  // namespace zet::ZETShow

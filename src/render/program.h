@@ -31,8 +31,8 @@ struct FrameProgram {
     FrameProgram(const FrameProgram&) = delete;
     FrameProgram& operator=(const FrameProgram&) = delete;
 
-    /// `pieces` are the view's own, in front of them come the declarations and `samplePicture`. 0, or -1 if the program
-    /// doesn't build.
+    /// `pieces` are the view's own, in front of them come the declarations, `samplePlanes` and `sampleLens`. 0, or -1
+    /// if the program doesn't build.
     int build(const char* vertexStage, std::initializer_list<const char*> pieces);
     /// Takes the program into use, with the frame's colours and lens region.
     void use(const Frame& frame) const;
@@ -42,8 +42,8 @@ struct FrameProgram {
 
     GLuint name = 0;
     GLint mapMatrixLoc = -1;
-    GLint colorMatrixLoc = -1;
-    GLint colorOffsetLoc = -1;
+    GLint levelsLoc = -1;
+    GLint weightsLoc = -1;
     GLint regionLoc = -1;
 };
 

@@ -16,22 +16,23 @@ void main() {
 const char* const frameDeclarations = R"(
 uniform sampler2D y_texture;
 uniform sampler2D uv_texture;
-uniform mat3 colorMatrix;
-uniform vec3 colorOffset;
+uniform vec3 levels;
+uniform vec4 weights;
 uniform vec4 region;
 varying vec2 v_texCoord;
 )";
 
 const char* const planeSampling = R"(
 vec4 samplePlanes(vec2 tc) {
-    vec3 yuv = vec3(texture2D(y_texture, tc).r, texture2D(uv_texture, tc).ra);
-    return vec4(colorMatrix * (yuv - colorOffset), 1.0);
+    float y = texture2D(y_texture, tc).r * levels.x + levels.y;
+    vec2 uv = texture2D(uv_texture, tc).ra - levels.z;
+    return vec4(y + weights.x * uv.y, y + weights.y * uv.x + weights.z * uv.y, y + weights.w * uv.x, 1.0);
 }
 )";
 
-const char* const pictureSampling = R"(
-vec4 samplePicture(vec2 tc) {
-    return samplePlanes(region.xy + clamp(tc, 0.0, 1.0) * region.zw);
+const char* const lensSampling = R"(
+vec4 sampleLens(vec2 place) {
+    return samplePlanes(region.xy + place * region.zw);
 }
 )";
 

@@ -64,6 +64,12 @@ constexpr float farPlane = 30.0f;
 constexpr float insetScale = 0.3f;   // of the view
 constexpr float insetOffset = 0.7f;  // view units, right and down
 
+// Whether the quad reaches the middle of every pixel; the matrix has no turn and no perspective.
+bool coversSurface(const float* matrix) {
+    constexpr float edge = 0.9999f;
+    return matrix[0] - std::fabs(matrix[12]) >= edge && matrix[5] - std::fabs(matrix[13]) >= edge;
+}
+
 bool within(float value, float end) {
     return value >= 0.0f && value <= end;
 }
@@ -125,11 +131,11 @@ int CommonRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame
     turnQuad(rotation);
     fitTo(surfaceWidth, surfaceHeight, frameWidth, static_cast<int>(static_cast<float>(frameHeight) * _heightFactor));
 
-    glClear(GL_COLOR_BUFFER_BIT);
     applyViewTransform();
     if (_motion._zoomAnimating) requestRender();  // the animation pulls its own next frame
     const bool zoomed = zoomIsInForce(frame);
     if (zoomed) zoomToRect(frame);
+    if (!coversSurface(_matrixState.computeMvp())) glClear(GL_COLOR_BUFFER_BIT);
     drawQuad(frame);
     drawImageOverlay(rotation);
     if (zoomed) {

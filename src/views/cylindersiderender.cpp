@@ -5,36 +5,41 @@
 
 #include "views/cylindersiderender.h"
 
-#include "render/shaderpieces.h"
-
 namespace zet::ZETShow {
 
 namespace {
 
-// Reads v_texCoord as a place on the strip, s along it and t from its top; leaves the place in the picture by the polar
-// transform: s is the angle around the centre, counted from the cut, t the way from the rim inward.
-const char* const stripLookup = R"(
+// Reads a_texCoord as a place on the strip: the angle around the centre, counted from the cut, and the radius. Adds the
+// angle of the cut.
+const char* const vertexStage = R"(
+attribute vec4 a_position;
+attribute vec2 a_texCoord;
+uniform mat4 u_mapMatrix;
 uniform float cut;
-vec2 stripPoint() {
-    vec2 place = vec2(1.0 - v_texCoord.s, 0.00179 + v_texCoord.t * 0.8);
-    float angle = 1.5708 - 6.2832 * place.s + cut;
-    float radius = 0.5 - place.t / 2.0;
-    return vec2(radius * cos(angle) + 0.5, radius * sin(angle) + 0.5);
+varying vec2 v_texCoord;
+void main() {
+    gl_Position = u_mapMatrix * a_position;
+    v_texCoord = vec2(a_texCoord.s + cut, a_texCoord.t);
 }
 )";
 
 const char* const mainStep = R"(
 void main() {
-    gl_FragColor = samplePicture(stripPoint());
+    gl_FragColor = sampleLens(v_texCoord.t * vec2(cos(v_texCoord.s), sin(v_texCoord.s)));
 }
 )";
 
-// Triangle-strip order, scene units.
+constexpr float quarterTurn = 1.5708f;
+constexpr float wholeTurn = 6.2832f;
+constexpr float rim = 1.0f - 0.00179f;  // of the lens circle's radius
+constexpr float inner = rim - 0.8f;
+
+// Triangle-strip order, scene units. The rim is at the top.
 constexpr std::array<MeshVertex, 4> strip = {{
-    {{-6, -1.15f, 0}, {0, 1}},
-    {{6, -1.15f, 0}, {1, 1}},
-    {{-6, 1.15f, 0}, {0, 0}},
-    {{6, 1.15f, 0}, {1, 0}},
+    {{-6, -1.15f, 0}, {quarterTurn - wholeTurn, inner}},
+    {{6, -1.15f, 0}, {quarterTurn, inner}},
+    {{-6, 1.15f, 0}, {quarterTurn - wholeTurn, rim}},
+    {{6, 1.15f, 0}, {quarterTurn, rim}},
 }};
 
 constexpr float nearPlane = 1.0f;
@@ -53,7 +58,7 @@ int CylinderSideRender::init() {
 }
 
 int CylinderSideRender::createProgram() {
-    if (_program.build(frameVertexStage, {stripLookup, mainStep}) != 0) return -1;
+    if (_program.build(vertexStage, {mainStep}) != 0) return -1;
     _cutLoc = _program.uniform("cut");
     _strip.load(strip);
     return 0;

@@ -14,7 +14,7 @@ namespace {
 
 const char* const mainStep = R"(
 void main() {
-    gl_FragColor = samplePicture(v_texCoord);
+    gl_FragColor = sampleLens(v_texCoord);
 }
 )";
 
@@ -25,8 +25,7 @@ struct Shape {
     double zShift;      // along the axis, in radii
     float zScale;       // stretch along the axis
     float innerRadius;  // picture radius at the end of the mesh, as a part of the rim's
-    float mirrorScale;  // s = s * mirrorScale + mirrorAdd
-    float mirrorAdd;
+    float mirror;       // -1 shows the picture mirrored, as its other side
 };
 
 constexpr Shape drumShape = {
@@ -35,8 +34,7 @@ constexpr Shape drumShape = {
     .zShift = -0.5,
     .zScale = 1.0619999f,
     .innerRadius = 0.1f,
-    .mirrorScale = 1.0f,
-    .mirrorAdd = 0.0f,
+    .mirror = 1.0f,
 };
 
 constexpr Shape bowlShape = {
@@ -45,8 +43,7 @@ constexpr Shape bowlShape = {
     .zShift = -0.35,
     .zScale = 1.1f,
     .innerRadius = 0.0f,
-    .mirrorScale = -1.0f,
-    .mirrorAdd = 1.0f,
+    .mirror = -1.0f,
 };
 
 constexpr float lensRadius = -0.998f;  // of the half texture; the sign turns the picture by 180 degrees
@@ -66,8 +63,8 @@ MeshVertex pointOn(const Shape& shape, double a, double b) {
     const auto y = static_cast<float>(std::cos(a) * bulge);
     const auto z = static_cast<float>(shape.zShift + std::sin(b));
     const float r = pictureRadius(shape, static_cast<float>(b));
-    const float s = (static_cast<float>(std::sin(a)) * r + 1.0f) * shape.mirrorScale * 0.5f + shape.mirrorAdd;
-    const float t = (static_cast<float>(std::cos(a)) * r + 1.0f) * 0.5f;
+    const float s = static_cast<float>(std::sin(a)) * r * shape.mirror;
+    const float t = static_cast<float>(std::cos(a)) * r;
     return {{x * -Dome::_radius, y * -Dome::_radius, z * -Dome::_radius * shape.zScale}, {s, t}};
 }
 

@@ -13,25 +13,28 @@ namespace zet::ZETShow {
 
 namespace {
 
-// Reads the angles of the pixel and how far the camera is (distance, 0 at near to 0.5 at far); draws what the picture
-// has there. From far to near its radius goes over from a cosine of t to an even fall, where the distance is `middle`,
-// and then by `nearShare` to one that falls as the sine.
-const char* const bowlLookup = R"(
-uniform float distance;
-const float middle = 0.25;
-const float nearShare = 0.35;
+// The picture's radius goes over from a cosine of t, when the camera is far, to an even fall, and from that in part to
+// one that falls as the sine, when it is near. `share` is that of the former of the two.
+const char* const farBowl = R"(
+uniform float share;
 void main() {
     float t = v_texCoord.t;
-    float even = evenRadius(t);
-    float radius;
-    if (distance >= middle) {
-        radius = mix(even, lensRadius * cos(t), (distance - middle) * 2.0);
-    } else {
-        radius = mix(lensRadius * (1.0 - sin(t)), even, distance * nearShare / middle + 1.0 - nearShare);
-    }
-    gl_FragColor = samplePicture(lensPointOpposite(poleShrink(t) * radius, v_texCoord.s));
+    float radius = poleShrink(t) * mix(evenRadius(t), lensRadius * cos(t), share);
+    gl_FragColor = sampleLens(lensPointOpposite(radius, v_texCoord.s));
 }
 )";
+
+const char* const nearBowl = R"(
+uniform float share;
+void main() {
+    float t = v_texCoord.t;
+    float radius = poleShrink(t) * mix(lensRadius * (1.0 - sin(t)), evenRadius(t), share);
+    gl_FragColor = sampleLens(lensPointOpposite(radius, v_texCoord.s));
+}
+)";
+
+constexpr float evenDistance = 0.25f;  // where the fall is even, between 0, near, and 0.5, far
+constexpr float sineShare = 0.35f;     // of the sine, when near
 
 constexpr float nearPlane = 1.0f;
 constexpr float farPlane = 25.0f;
@@ -52,8 +55,10 @@ int HalfSphereRender::init() {
 }
 
 int HalfSphereRender::createProgram() {
-    if (_program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, bowlLookup}) != 0) return -1;
-    _distanceLoc = _program.uniform("distance");
+    if (_program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, farBowl}) != 0) return -1;
+    if (_nearProgram.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, nearBowl}) != 0) return -1;
+    _shareLoc = _program.uniform("share");
+    _nearShareLoc = _nearProgram.uniform("share");
     return _scene.createPrograms();
 }
 
@@ -80,9 +85,16 @@ void HalfSphereRender::drawBowl(const Frame& frame) {
     matrixIdentity(_sphereMatrix._modelMatrix);
     _motion.step();
     lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
-    _program.use(frame);
-    _program.setMatrix(_sphereMatrix.computeMvp());
-    glUniform1f(_distanceLoc, _motion.fratio());
+    const float distance = _motion.fratio();
+    const bool isFar = distance >= evenDistance;
+    const FrameProgram& program = isFar ? _program : _nearProgram;
+    program.use(frame);
+    program.setMatrix(_sphereMatrix.computeMvp());
+    if (isFar) {
+        glUniform1f(_shareLoc, (distance - evenDistance) * 2.0f);
+    } else {
+        glUniform1f(_nearShareLoc, distance * sineShare / evenDistance + 1.0f - sineShare);
+    }
     _dome.bind();
     _dome.draw();
 }

@@ -35,7 +35,9 @@ private:
     // Fixed after `init`.
     Mesh _dome;
     bool _ready = false;  // the programs are built
-    GLint _distanceLoc = -1;
+    FrameProgram _nearProgram;
+    GLint _shareLoc = -1;
+    GLint _nearShareLoc = -1;
 
     HalfSphereMotion _motion;
     SurfaceSize _surface;

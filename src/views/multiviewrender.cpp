@@ -15,7 +15,7 @@ namespace {
 const char* const mainStep = R"(
 void main() {
     float radius = poleShrink(v_texCoord.t) * evenRadius(v_texCoord.t);
-    gl_FragColor = samplePicture(lensPoint(radius, v_texCoord.s));
+    gl_FragColor = sampleLens(lensPoint(radius, v_texCoord.s));
 }
 )";
 

@@ -26,16 +26,11 @@ void main() {
 }
 )";
 
-// On the dome, which is drawn turned by a half circle, t grows downward as in the frame, but s grows towards the left.
 // The ellipse cuts off the frame's left and right edges and its corners.
 const char* const mainStep = R"(
 void main() {
-    vec2 tmpcoord = vec2(1.0 - v_texCoord.s, v_texCoord.t);
-    float ds = tmpcoord.s - 0.5;
-    float dt = tmpcoord.t - 0.5;
-    float rad = sqrt(ds * ds / 0.079102 + dt * dt / 0.25);
-    bool outside = abs(ds) >= 0.5 || abs(dt) >= 0.5 || rad > 1.6 * 1.05;
-    gl_FragColor = vec4(outside ? vec3(0.0) : samplePicture(tmpcoord).rgb, 1.0);
+    bool outside = abs(v_texCoord.t) >= 1.0 || dot(v_texCoord * v_texCoord, vec2(0.25 / 0.079102, 1.0)) > 2.8224;
+    gl_FragColor = outside ? vec4(0.0, 0.0, 0.0, 1.0) : sampleLens(v_texCoord);
 }
 )";
 
@@ -43,13 +38,13 @@ constexpr float nearPlane = 1.0f;
 constexpr float farPlane = 30.0f;
 constexpr float frameStretch = 1.6f;  // the frame is this much wider than high on the dome
 
-// The frame laid on the dome straight along its axis.
+// The frame laid on the dome straight along its axis. The dome is drawn turned by a half circle.
 MeshVertex underFlatFrame(double a, double b) {
     const auto r = static_cast<float>(std::cos(b));
     const float stretched = frameStretch * r;
     MeshVertex point = onSphere(a, b);
-    point.texCoord[0] = static_cast<float>((1.0 - r * std::sin(a)) * 0.5);
-    point.texCoord[1] = static_cast<float>((1.0 - stretched * std::cos(a)) * 0.5);
+    point.texCoord[0] = static_cast<float>(r * std::sin(a));
+    point.texCoord[1] = static_cast<float>(-stretched * std::cos(a));
     return point;
 }
 

@@ -19,22 +19,22 @@ uniform mat4 u_mapMatrix;
 uniform float xCoff;
 uniform float zCoff;
 varying vec2 v_texCoord;
-varying vec3 vPosition;
+varying vec2 depthAndHeight;
 void main() {
     vec3 tmpPosition = vec3(a_position.x * xCoff, a_position.y, a_position.z * zCoff);
     gl_Position = u_mapMatrix * vec4(tmpPosition, 1.0);
     v_texCoord = a_texCoord;
-    vPosition = tmpPosition;
+    depthAndHeight = vec2(0.8 * tmpPosition.z, tmpPosition.y);
 }
 )";
 
 // Two planes that slope towards the pole cut off the dome's top and bottom.
 const char* const mainStep = R"(
-varying vec3 vPosition;
+varying vec2 depthAndHeight;
 void main() {
-    vec2 tmpcoord = lensPoint(evenRadius(v_texCoord.t), v_texCoord.s);
-    bool cut = 0.8 * vPosition.z + abs(vPosition.y) > 4.8;
-    gl_FragColor = vec4(cut ? vec3(0.0) : samplePicture(tmpcoord).rgb, 1.0);
+    bool cut = depthAndHeight.x + abs(depthAndHeight.y) > 4.8;
+    vec4 color = sampleLens(lensPoint(evenRadius(v_texCoord.t), v_texCoord.s));
+    gl_FragColor = cut ? vec4(0.0, 0.0, 0.0, 1.0) : color;
 }
 )";
 

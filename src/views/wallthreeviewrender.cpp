@@ -13,31 +13,30 @@ namespace {
 
 const char* const domeStep = R"(
 void main() {
-    gl_FragColor = samplePicture(lensPointOpposite(evenRadius(v_texCoord.t), v_texCoord.s));
+    gl_FragColor = sampleLens(lensPointOpposite(evenRadius(v_texCoord.t), v_texCoord.s));
 }
 )";
 
-// The equirectangular projection of a half sphere. v_texCoord.s goes down it and t to the right; z is the lens axis.
-// The lens is equidistant, and its circle touches the edges of the picture: `away` is a direction's angle from the axis
-// as a part of the circle's diameter.
+// The equirectangular projection of a half sphere. v_texCoord is the latitude from the top and the longitude from the
+// right, radians; z is the lens axis. The lens is equidistant, and its circle touches the edges of the picture.
 const char* const panoramaStep = R"(
-const float pi = 3.1415927;
 void main() {
-    float latitude = pi * v_texCoord.s;
-    float longitude = pi * (1.0 - v_texCoord.t);
-    vec2 across = vec2(-sin(latitude) * cos(longitude), cos(latitude));
-    float z = sin(latitude) * sin(longitude);
-    float away = acos(clamp(z, -1.0, 1.0)) / pi;
-    gl_FragColor = samplePicture(0.5 - away * across / max(length(across), 1e-6));
+    vec2 s = sin(v_texCoord);
+    vec2 c = cos(v_texCoord);
+    vec2 across = vec2(s.s * c.t, -c.s);
+    float fromAxis = acos(min(s.s * s.t, 1.0)) / 1.5707963;
+    gl_FragColor = sampleLens(fromAxis * inversesqrt(max(dot(across, across), 1e-12)) * across);
 }
 )";
 
-// A triangle strip. It lies in the near plane, and its long side, along which s grows, stands upright on the screen.
+constexpr float halfTurn = 3.1415927f;
+
+// A triangle strip. It lies in the near plane, and its long side, along which s grows, is upright on the screen.
 constexpr std::array<MeshVertex, 4> quad = {{
-    {{-1.65f, -1, 0}, {0, 0}},
-    {{1.65f, -1, 0}, {1, 0}},
-    {{-1.65f, 1, 0}, {0, 1}},
-    {{1.65f, 1, 0}, {1, 1}},
+    {{-1.65f, -1, 0}, {0, halfTurn}},
+    {{1.65f, -1, 0}, {halfTurn, halfTurn}},
+    {{-1.65f, 1, 0}, {0, 0}},
+    {{1.65f, 1, 0}, {halfTurn, 0}},
 }};
 
 }  // namespace

@@ -27,14 +27,12 @@ TEST(ColorTransform, undoesTheCodingOfEachMatrixAndRange) {
                 const auto byte = [](double value) { return std::clamp(std::round(value), 0.0, 255.0) / 255; };
                 const double yuv[] = {byte(full ? 255 * luma : 219 * luma + 16), byte((full ? 255 : 224) * cb + 128),
                                       byte((full ? 255 : 224) * cr + 128)};
-                for (int channel = 0; channel < 3; ++channel) {
-                    double seen = 0;
-                    for (int i = 0; i < 3; ++i)
-                        seen += static_cast<double>(transform->matrix[3 * i + channel]) *
-                                (yuv[i] - static_cast<double>(transform->offset[i]));
-                    // Three samples, each off by half a level, weigh up to 1.17 + 2.14; full range clips at 255.5.
-                    EXPECT_NEAR(seen, color[channel], 2.1 / 255) << matrix << full << channel;
-                }
+                const double y = transform->luma * yuv[0] + transform->lumaOffset;
+                const double u = yuv[1] - transform->chromaMiddle, v = yuv[2] - transform->chromaMiddle;
+                const double seen[] = {y + transform->redOfV * v, y + transform->greenOfU * u + transform->greenOfV * v,
+                                       y + transform->blueOfU * u};
+                // Three samples, each off by half a level, weigh up to 1.17 + 2.14; full range clips at 255.5.
+                for (int i = 0; i < 3; ++i) EXPECT_NEAR(seen[i], color[i], 2.1 / 255) << matrix << full << i;
             }
         }
     }

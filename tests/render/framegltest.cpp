@@ -18,9 +18,9 @@ using test::Yuv;
 // Mesa's bilinear weights have 8 bits: in each direction off by up to 1/256 of the contrast of neighbours, 200 here.
 constexpr double samplingTolerance = 3.0;
 constexpr float identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-const char* const mainStep = "void main() { gl_FragColor = samplePicture(v_texCoord); }";
+const char* const mainStep = "void main() { gl_FragColor = sampleLens(v_texCoord); }";
 constexpr std::array<MeshVertex, 4> corners = {
-    {{{-1, 1, 0}, {0, 0}}, {{1, 1, 0}, {1, 0}}, {{-1, -1, 0}, {0, 1}}, {{1, -1, 0}, {1, 1}}}};
+    {{{-1, 1, 0}, {-1, -1}}, {{1, 1, 0}, {1, -1}}, {{-1, -1, 0}, {-1, 1}}, {{1, -1, 0}, {1, 1}}}};
 
 // Next to every place is another colour.
 test::Frame makeFrame(int width, int height, int lineSize) {

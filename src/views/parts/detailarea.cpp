@@ -26,7 +26,7 @@ void main() {
 
 const char* const domeColor = R"(
 vec4 domeColor() {
-    return samplePicture(lensPointOpposite(evenRadius(v_texCoord.t), v_texCoord.s));
+    return sampleLens(lensPointOpposite(evenRadius(v_texCoord.t), v_texCoord.s));
 }
 )";
 

@@ -18,13 +18,13 @@ float poleShrink(float t) {
 
 const char* const lensPoint = R"(
 vec2 lensPoint(float radius, float s) {
-    return vec2(radius * sin(s) / 2.0 + 0.5, 0.5 - radius * cos(s) / 2.0);
+    return radius * vec2(sin(s), -cos(s));
 }
 )";
 
 const char* const lensPointOpposite = R"(
 vec2 lensPointOpposite(float radius, float s) {
-    return vec2(0.5 - radius * sin(s) / 2.0, radius * cos(s) / 2.0 + 0.5);
+    return radius * vec2(-sin(s), cos(s));
 }
 )";
 

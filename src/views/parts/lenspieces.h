@@ -13,7 +13,7 @@ extern const char* const evenRadius;
 /// `float poleShrink(float t)`: the factor, 1 at the rim and about 0.69 at the pole, that draws a radius inward.
 extern const char* const poleShrink;
 
-/// `vec2 lensPoint(float radius, float s)`: where a point of the dome lies in the picture; s = 0 is the top of the
+/// `vec2 lensPoint(float radius, float s)`: where a point of the dome lies in the lens region; s = 0 is the top of the
 /// circle and a quarter circle its right. For domes that are drawn turned by a half circle.
 extern const char* const lensPoint;
 
