@@ -36,7 +36,7 @@ constexpr double degrees = 57.295780490442965;  // in a radian
 }  // namespace
 
 void MultiViewMapMotion::step() {
-    if (_autoRotate) _yaw = heldSum(_yaw, _autoRotateSpeed * autoRotateStep);
+    if (_autoRotate) turn(_autoRotateSpeed * autoRotateStep);
     if (!stepSpring()) applyRestRule();
 }
 
@@ -73,20 +73,15 @@ bool MultiViewMapMotion::stepSpring() {
 }
 
 void MultiViewMapMotion::applyRestRule() {
-    const float travel = std::clamp<float>(_travel, leastTravel, greatestTravel);
-    _travel = travel;
+    const float least = _tiltSeen && !_fingerUp ? leastTravel : 0.0f;
+    const float travel = _travel.update([least](float value) { return std::clamp(value, least, greatestTravel); });
     if (travel >= 0.0f) {
         _pitch = travel * poleStep + nearPitch;
         _moveY = (_pitch - nearPitch) / nearPitch * nearMoveY + nearMoveY;
         _moveZ = nearMoveZ;
-    } else if (_tiltSeen && !_fingerUp) {
+    } else {
         _pitch = std::clamp(travel * lowStep + nearPitch, lowPitch, 0.0f);
         followLowPath();
-    } else {
-        _pitch = nearPitch;
-        _moveY = nearMoveY;
-        _moveZ = nearMoveZ;
-        _travel = 0.0f;
     }
 }
 
@@ -117,8 +112,8 @@ void MultiViewMapMotion::drag(float x1, float y1, float x2, float y2) {
         aimFromMap(x2, y2);
         return;
     }
-    _travel = heldSum(_travel, -(y2 - y1) * dragSensitivity * travelPart);
-    _yaw = heldSum(_yaw, (x2 - x1) * dragSensitivity);
+    addHeld(_travel, -(y2 - y1) * dragSensitivity * travelPart);
+    turn((x2 - x1) * dragSensitivity);
 }
 
 void MultiViewMapMotion::aimFromMap(float x, float y) {
@@ -142,7 +137,11 @@ void MultiViewMapMotion::setAutoRotate(bool on, float speed) {
 }
 
 void MultiViewMapMotion::fling(float velocityX) {
-    _yaw = heldSum(_yaw, velocityX * flingTurn / 1000.0f);
+    turn(velocityX * flingTurn / 1000.0f);
+}
+
+void MultiViewMapMotion::turn(float angle) {
+    addHeld(_yaw, angle);
 }
 
 }  // namespace zet::ZETShow

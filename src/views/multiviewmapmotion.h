@@ -47,6 +47,7 @@ struct MultiViewMapMotion {
 
 private:
     void aimFromMap(float x, float y);
+    void turn(float angle);
     bool stepSpring();
     void applyRestRule();
     void followLowPath();
