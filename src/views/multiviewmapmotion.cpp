@@ -31,6 +31,7 @@ constexpr float dragSensitivity = 0.1125f;      // degrees a pixel
 constexpr float travelPart = 0.1f;              // of that, in units of travel
 constexpr float flingTurn = 5.0625f;            // degrees a frame, for a thousand pixels a second
 constexpr float mapReach = 1.8f;                // above 1: the near pose is reached before the map's corner
+constexpr float greatestYaw = 36000.0f;         // degrees
 constexpr double degrees = 57.295780490442965;  // in a radian
 
 }  // namespace
@@ -141,7 +142,12 @@ void MultiViewMapMotion::fling(float velocityX) {
 }
 
 void MultiViewMapMotion::turn(float angle) {
-    addHeld(_yaw, angle);
+    _yaw.update([angle](float before) {
+        const float yaw = heldSum(before, angle);
+        // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is
+        // seen.
+        return std::fabs(yaw) > greatestYaw ? dropWholeTurns(yaw) : yaw;
+    });
 }
 
 }  // namespace zet::ZETShow
