@@ -308,8 +308,10 @@ void HalfSphereMotion::setOpeningFlight(bool on) {
 }
 
 void HalfSphereMotion::setSceneBackdrop(bool backdrop, bool stars) {
+    const bool atStart = _opening && _eyeZ == openingStart - _startLift;
     _farEyeZ = backdrop ? backFarEyeZ : bareFarEyeZ;
     _startLift = backdrop ? backLift : bareLift;
+    if (atStart) _eyeZ = openingStart - _startLift;  // no frame yet: the flight begins where it does with this one
     _showBack = backdrop;
     _showPoints = stars;
 }
