@@ -39,8 +39,8 @@ struct SizeHelp {
 /// sets or reads its own identifier lets others in meanwhile.
 ///
 /// What an observer throws reaches the setter: the value is set, the observers behind are not called. In a replay it
-/// reaches the caller of `registObserver`, and the registration has ended. Observers of what the module sets, and those
-/// of a setting while a view is being made, run under the module and must not throw.
+/// reaches the caller of `registObserver`, and the registration has ended. Observers of what the module sets are called
+/// on its render thread and must not throw.
 ///
 /// Code that runs on a display's render thread, such as an observer of what the module sets, neither sets nor reads
 /// anything on the bus: another thread may be inside that identifier's set and wait there for the render thread, and
