@@ -49,6 +49,7 @@ public:
 private:
     /// A new file in the same directory; false where there can be none or there must not be.
     bool openBeside() {
+        if (_path.starts_with("/dev/") || _path.starts_with("/proc/")) return false;  // what a shell has opened
         std::error_code error;
         // A link stays: what it leads to is replaced.
         const bool isLink = std::filesystem::is_symlink(_path, error);
@@ -58,6 +59,7 @@ private:
         if (replaces ? !S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0 : isLink) return false;
         const std::string beside = target + '.' + std::to_string(::getpid()) + ".part";
         const int opened = ::open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (opened < 0 && (errno == ENOSPC || errno == EDQUOT)) fail();
         if (opened < 0) return false;
         if (replaces) ::fchmod(opened, old.st_mode & 07777);
         _target = target;
