@@ -24,6 +24,7 @@ Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigK
     observe(DCFG_WINDOW_INSTANCE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onWindowInstance);
     observe(DCFG_RENDER_REQUEST, DCFG_FLAG_EVENT, &Display::onRenderRequest);
     observe(DCFG_YUV_FRAME, DCFG_FLAG_EVENT, &Display::onRenderYUV420PData);
+    observe(DCFG_FRAME_COLOR, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onFrameColor);
     observe(DCFG_SNAP, DCFG_FLAG_EVENT, &Display::onGetSnap);
     ZETLog::instance().error("Display::Display end");
 }
@@ -75,6 +76,12 @@ int Display::onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery
     // Two pointers: a callable this small is queued without an allocation.
     postTask([this, &delivery] { return frameTask(delivery); });
     return 0;
+}
+
+int Display::onFrameColor(DisplayConfig&, DisplayConfigUserData& delivery) {
+    int result = -1;
+    postTask([&] { return result = colorTask(delivery); });
+    return result == 0 ? onRenderRequest(*_config, delivery) : 0;
 }
 
 int Display::onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery) {

@@ -13,7 +13,8 @@
 #include "config/door.h"
 #include "config/relaxed.h"
 #include "display/condition.h"
-#include "display/displaycommon.h"
+#include "display/framereader.h"
+#include "render/frame.h"
 #include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
@@ -49,6 +50,7 @@ private:
     int onRenderRequest(DisplayConfig&, DisplayConfigUserData&);               // Any thread.
     int onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery);  // Setter's thread.
     int onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery);            // Setter's thread.
+    int onFrameColor(DisplayConfig&, DisplayConfigUserData& delivery);         // Setter's thread.
 
     // displaythread.cpp: the render thread's body and its waits
     int run();
@@ -67,6 +69,8 @@ private:
     int swapBuffers();
     int windowTask(const DisplayConfigUserData& delivery);
     void dropSurface();
+    /// What GL holds of view and frame.
+    void dropPicture();
 
     // displayframe.cpp. Render thread.
     int frameTask(const DisplayConfigUserData& delivery);
@@ -74,8 +78,9 @@ private:
     bool frameIsSound(const YUV420PData& frame);
     void uploadFrame(const YUV420PData& frame);
     void copyItems(const YUV420PData& frame);
-    void updateCropParam(const int* lensRegion);
-    int notifyFrameReady();
+    int colorTask(const DisplayConfigUserData& delivery);
+    /// Works the lens region out as the mode in force wants it.
+    void findRegion();
     int drawFrame();
     void drawPicture();
 
@@ -106,14 +111,12 @@ private:
     const float _touchScale = 1.0f;  // surface pixels to a unit of the gestures' coordinates, handed to the views
     int _surfaceWidth = 0;           // pixels, as of the last draw
     int _surfaceHeight = 0;
-    int _videoWidth = 0;  // pixels of the current frame
-    int _videoHeight = 0;
-    int _lineSize = 0;  // bytes of a row of its luma, padding included
     int _renderMode = 0;
     std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
     int _uvBufferSize = 0;                      // bytes in use by the last frame
     bool _refusing = false;                     // the last frame was refused, and that has been said
-    Texture _texture;
+    Frame _frame;
+    std::unique_ptr<FrameReader> _reader;  // made at the first snapshot, gone with the window
     std::shared_ptr<Render> _render;
     GlobalConfiger* const _globalConfiger;
 

@@ -56,8 +56,7 @@ int Display::unInit() {
     auto& log = ZETLog::instance();
     log.error("Display::unInit begin");
     _config->setConfig(DCFG_GL_CONTEXT, nullptr);
-    _render.reset();
-    _texture.clear();
+    dropPicture();
     eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     if (_eglDisplay && _eglSurface) {
         log.error("Display::unInit eglDestroySurface %d",
@@ -90,6 +89,7 @@ int Display::windowTask(const DisplayConfigUserData& delivery) {
     // A snapshot reads what was shown: ask for the back buffer to survive the swap, where the config has it.
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
+    checkFragmentPrecision();
     if (!_render && makeCurrent() == 0) _render = createRender(_renderMode, _config, _touchScale, this);
     return 0;
 }
@@ -98,10 +98,8 @@ void Display::dropSurface() {
     auto& log = ZETLog::instance();
     log.error("Display::onWindowInstance begin surface delete begin");
     if (_eglContext && _eglSurface) {
-        _render.reset();
-        _texture.clear();
-        _texture.usePlanes();  // the cropped picture went with the view
-        _frameReady = 0;       // so did a frame not yet drawn, which would keep out the first of the new window
+        dropPicture();
+        _frameReady = 0;  // a frame not yet drawn is gone too, and would keep out the first one of the new window
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     if (_eglSurface) {  // also where there is no context yet: a window takes one surface at a time
@@ -110,6 +108,12 @@ void Display::dropSurface() {
     }
     _eglSurface = nullptr;
     log.error("Display::onWindowInstance begin surface delete end");
+}
+
+void Display::dropPicture() {
+    _render.reset();
+    _reader.reset();
+    _frame.clear();
 }
 
 int Display::makeCurrent() {

@@ -13,7 +13,6 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int flatMode = 0;      // never cropped
 constexpr int wall180Mode = 10;  // the one view that keeps a crop that isn't square
 
 // GL reads each row of a client picture from a multiple of 4 bytes on; a texel of interleaved U and V has 2.
@@ -28,15 +27,13 @@ int Display::frameTask(const DisplayConfigUserData& delivery) {
     if (makeCurrent() != 0) return -1;
     const YUV420PData* const frame = delivery.getRecord<const YUV420PData>();
     if (!frame || !frameIsSound(*frame)) return -1;
-    _texture.usePlanes();
-    if (_texture.textures[0] == 0) {
-        ZETLog::instance().error("Display::onRenderYUV420PData glGenTextures");
-        glGenTextures(2, _texture.textures);
-    }
+    if (!_frame.hasPlanes()) ZETLog::instance().error("Display::onRenderYUV420PData glGenTextures");
     uploadFrame(*frame);
     copyItems(*frame);
-    updateCropParam(frame->lensRegion);
-    return notifyFrameReady();
+    _frame.setLensRegion(frame->lensRegion);
+    findRegion();
+    _frameReady = 1;
+    return 0;
 }
 
 bool Display::frameIsSound(const YUV420PData& frame) {
@@ -62,23 +59,19 @@ void Display::uploadFrame(const YUV420PData& frame) {
     _uvBufferSize = chromaSize;
     interleave(frame.u, frame.v, _uvBuffer.get(), chromaSize / 2);
 
-    _videoWidth = frame.width;
-    _videoHeight = frame.height;
-    _lineSize = frame.yLineSize;
-    _texture.upload(0, frame.y, GL_LUMINANCE, frame.yLineSize, _videoHeight);
-    _texture.upload(1, _uvBuffer.get(), GL_LUMINANCE_ALPHA, frame.uvLineSize, _videoHeight / 2);
-    _texture.textureSize = 2;
+    _frame.setSize(frame.width, frame.height, frame.yLineSize);
+    _frame.upload(frame.y, frame.yLineSize, _uvBuffer.get(), frame.uvLineSize, frame.height);
 }
 
 void Display::copyItems(const YUV420PData& frame) {
     const int kind = frame.aiCount != 0 ? *frame.aiKind : 0;
-    _texture.rects.clear();
-    if (kind != AI_KIND_FACES) _texture.faces.clear();
+    _frame.rects.clear();
+    if (kind != AI_KIND_FACES) _frame.faces.clear();
     if (kind == AI_KIND_FACES) {
         const auto* const items = static_cast<const FaceItem*>(frame.aiItems);
-        _texture.faces.resize(static_cast<std::size_t>(frame.aiCount));
+        _frame.faces.resize(static_cast<std::size_t>(frame.aiCount));
         const FaceItem* item = items;
-        for (FaceInfo& face : _texture.faces) {
+        for (FaceInfo& face : _frame.faces) {
             face.name.assign(item->name, strnlen(item->name, sizeof item->name));
             face.gender = item->gender;
             face.age = item->age;
@@ -91,44 +84,23 @@ void Display::copyItems(const YUV420PData& frame) {
     } else if (kind == AI_KIND_RECTS) {
         const auto* const items = static_cast<const RectItem*>(frame.aiItems);
         for (const RectItem* item = items; item != items + frame.aiCount; ++item) {
-            _texture.rects.push_back({item->x, item->y, item->width, item->height});
+            _frame.rects.push_back({item->x, item->y, item->width, item->height});
         }
     }
 }
 
-void Display::updateCropParam(const int* lensRegion) {
-    const int w = _videoWidth;
-    const int h = _videoHeight;
-    int cx = 0;
-    int cy = 0;
-    int rx = 0;
-    int ry = 0;
-    if (lensRegion) {
-        // The bound keeps every sum of two such values an int.
-        const auto part = [](int share, int whole) {
-            return std::clamp(static_cast<float>(share) / 10000.0f * static_cast<float>(whole), -5e8f, 5e8f);
-        };
-        cx = static_cast<int>(part(lensRegion[0], w) + 0.5f);
-        cy = static_cast<int>(part(lensRegion[1], h) + 0.5f);
-        rx = static_cast<int>(part(lensRegion[2], w));
-        ry = static_cast<int>(part(lensRegion[3], h));
-    }
-    CropParam& crop = _texture.cropParam;
-    crop.x = cx >= rx ? cx - rx : 0;
-    crop.y = cy >= ry ? cy - ry : 0;
-    crop.width = rx ? 2 * rx : w;
-    crop.height = ry ? 2 * ry : h;
-    if (_renderMode != wall180Mode) crop.width = crop.height = std::min(crop.width, crop.height);
-    if (crop.width == w && w != _lineSize) {
-        // The crop is cut out by shares of the picture's width, but the texture is as wide as a line: this is the width
-        // whose share of the picture is the picture's share of a line, less a pixel, so that no padding is blended in.
-        crop.width = static_cast<int>(static_cast<double>(w) / _lineSize * w - 1.0);
-    }
+void Display::findRegion() {
+    _frame.findRegion(_renderMode != wall180Mode);
 }
 
-int Display::notifyFrameReady() {
-    _frameReady = 1;
-    _idleCond.notifyOne();
+int Display::colorTask(const DisplayConfigUserData& delivery) {
+    const auto* const color = delivery.getRecord<const FrameColor>();
+    const auto transform = color ? findColorTransform(*color) : std::nullopt;
+    if (!transform) {
+        ZETLog::instance().error("Display::onFrameColor refused matrix: %d", color ? color->matrix : -1);
+        return -1;
+    }
+    _frame.color = *transform;
     return 0;
 }
 
@@ -137,9 +109,7 @@ int Display::modeTask(const DisplayConfigUserData& delivery) {
     if (makeCurrent() != 0) return -1;
     if (!_render) return 0;
     _render = createRender(_renderMode, _config, _touchScale, this);
-    // The cropped picture went with the old view; the planes are still whole.
-    _texture.usePlanes();
-    _texture.textureSize = 2;
+    if (_frame.hasPlanes()) findRegion();
     return 0;
 }
 
@@ -156,16 +126,10 @@ int Display::drawFrame() {
 void Display::drawPicture() {
     // Held for the length of the draw: an observer that a view's own request reaches may replace the view.
     const std::shared_ptr<Render> render = _render;
-    const bool sizes = _surfaceWidth > 0 && _surfaceHeight > 0 && _videoWidth > 0 && _videoHeight > 0;
-    if (!render || !sizes || _texture.current[0] == 0) return;
-    const CropParam whole{0, 0, _videoWidth, _videoHeight};
-    const bool isCropped = _texture.current == _texture.cropTextures;
-    if (_renderMode != flatMode && !isCropped && _texture.cropParam != whole) {
-        render->cropTexture(_texture, _videoWidth, _videoHeight, &_texture.cropParam);
-        glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    }
+    const bool sizes = _surfaceWidth > 0 && _surfaceHeight > 0;
+    if (!render || !sizes || !_frame.hasPlanes()) return;
     render->stepFling();
-    render->render(_surfaceWidth, _surfaceHeight, _videoWidth, _videoHeight, _texture);
+    render->render(_surfaceWidth, _surfaceHeight, _frame);
 }
 
 }  // namespace zet::ZETShow

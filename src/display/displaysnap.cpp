@@ -10,6 +10,8 @@ namespace zet::ZETShow {
 
 namespace {
 
+constexpr int flatMode = 0;  // shows the whole frame
+
 constexpr int rgbaFormat = 26;  // AV_PIX_FMT_RGBA, whose header only textfilter.cpp includes
 
 // Upside down in place: GL gives the bottom row first.
@@ -24,20 +26,23 @@ void turnRows(std::uint8_t* picture, int width, int height) {
 
 int Display::snapTask(const DisplayConfigUserData& delivery) {
     auto* const snap = delivery.getRecord<SnapData>();
-    if (!_render || _videoWidth == 0 || _videoHeight == 0 || !snap) return -1;
+    if (!_render || !_frame.hasPlanes() || !snap) return -1;
     if (!snap->buffer || snap->bufferSize <= 0) return -1;
     bool topRowFirst = false;
     if (snap->sourceFrame == 0) {
-        if (_render->readScreen(snap->buffer, snap->bufferSize, &snap->width, &snap->height) != 0) return -1;
-    } else if (_texture.textureSize == 1) {
-        // The planes' picture has been cut to the lens region; the player has the whole one, top row first.
+        const Viewport& viewport = _render->viewport();
+        if (FrameReader::readScreen(viewport, snap->buffer, snap->bufferSize) != 0) return -1;
+        snap->width = viewport.width;
+        snap->height = viewport.height;
+    } else if (_renderMode != flatMode && _frame.isCropped) {
+        // Only a part of the frame is in force; the player has the whole of it, top row first.
         _config->setConfig(DCFG_FRAME_READ, static_cast<const void*>(snap));
         topRowFirst = true;
     } else {
-        if (_texture.current[0] == 0) return -1;  // no frame since the window changed
-        if (_render->readTexture(_texture, snap->buffer, snap->bufferSize, _videoWidth, _videoHeight) != 0) return -1;
-        snap->width = _videoWidth;
-        snap->height = _videoHeight;
+        if (!_reader) _reader = std::make_unique<FrameReader>();
+        if (_reader->readFrame(_frame, snap->buffer, snap->bufferSize) != 0) return -1;
+        snap->width = _frame.width;
+        snap->height = _frame.height;
     }
     if (snap->postProcess) finishPicture(*snap, topRowFirst);
     return 0;

@@ -3,6 +3,7 @@
 #include "overlay/airectrender.h"
 
 #include "overlay/facelayout.h"
+#include "render/mesh.h"
 #include "render/program.h"
 #include "zet/records.h"
 
@@ -50,7 +51,6 @@ AiRectRender::~AiRectRender() {
 int AiRectRender::initRect() {
     _rectProgram = buildProgram(rectVertexStage, rectFragmentStage);
     _rectMatrixLoc = glGetUniformLocation(_rectProgram, "u_mvpMatrix");
-    _rectPositionLoc = glGetAttribLocation(_rectProgram, "a_position");
     _rectColorLoc = glGetUniformLocation(_rectProgram, "u_color");
     glLineWidth(boxLineWidth);
     return 0;
@@ -64,9 +64,9 @@ int AiRectRender::drawFaces(const float* texCoords, const float* matrix, const F
         const FaceBox box(*face, frameWidth, frameHeight);
         if ((option & FACE_BOX) && _rectProgram != 0) drawBox(box, color, matrix);
         if (option < leastTextOption || !_textReady) continue;
-        beginText(texCoords, color, matrix);
-        drawLines({*face, box, option});
-        endText();
+        beginText(color, matrix);
+        drawLines({*face, box, option}, texCoords);
+        glDisable(GL_BLEND);
     }
     return 0;
 }
@@ -76,20 +76,18 @@ void AiRectRender::drawBox(const FaceBox& box, const float* color, const float* 
     const float bottom = box.bottom();
     const float edges[16] = {box.left, box.top, right,    box.top, box.left, bottom,  right, bottom,
                              box.left, box.top, box.left, bottom,  right,    box.top, right, bottom};
-    const auto position = static_cast<GLuint>(_rectPositionLoc);
     glUseProgram(_rectProgram);
-    glEnableVertexAttribArray(position);
-    glVertexAttribPointer(position, 2, GL_FLOAT, GL_FALSE, 0, edges);
+    bindArrays(edges, 2, nullptr);
     glUniformMatrix4fv(_rectMatrixLoc, 1, GL_FALSE, matrix);
     glUniform3f(_rectColorLoc, color[0], color[1], color[2]);
     glDrawArrays(GL_LINES, 0, 8);
-    glDisableVertexAttribArray(position);
+    releaseArrays();
 }
 
-void AiRectRender::drawLines(const FaceLines& lines) {
+void AiRectRender::drawLines(const FaceLines& lines, const float* texCoords) {
     float y = lines.y;
     for (int i = 0; i < lines.count; ++i) {
-        drawString(lines.text[i], lines.x, y, FaceLines::lineHeight);
+        drawString(lines.text[i], lines.x, y, FaceLines::lineHeight, texCoords);
         y -= FaceLines::lineHeight;
     }
 }

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "display/displaycommon.h"
+#include "render/frame.h"
 
 namespace zet::ZETShow {
 
@@ -28,8 +28,7 @@ public:
 
     /// Builds the program of the boxes. Always 0: one that doesn't build leaves boxes out.
     int initRect();
-    /// Loads the font, builds the program of the text and turns blending on, which stays on. 0, or -1: then all text
-    /// is left out for the life of the object.
+    /// Loads the font, builds the program of the text. 0, or -1: then all text is left out for the life of the object.
     int initText(const std::string& path);
     /// The font's part of `initText`, without GL.
     int loadFont(const std::string& path);
@@ -50,15 +49,14 @@ public:
 
 private:
     void drawBox(const FaceBox& box, const float* color, const float* matrix);
-    void drawLines(const FaceLines& lines);
-    void beginText(const float* texCoords, const float* color, const float* matrix);
-    void endText();
+    void drawLines(const FaceLines& lines, const float* texCoords);
+    void beginText(const float* color, const float* matrix);
 
     int measure(std::string_view text) const;
     int advanceOf(char c) const;
     void drawGlyph(const FT_BitmapGlyphRec& glyph, int cursor);
     int rasterizeString(std::string_view text, GLuint texture);
-    int drawString(std::string_view text, float x, float y, float size);
+    int drawString(std::string_view text, float x, float y, float size, const float* texCoords);
 
     static constexpr int firstGlyph = '!';
     static constexpr int glyphCount = '~' - '!' + 1;
@@ -80,14 +78,10 @@ private:
     // GL names and locations.
     GLuint _textProgram = 0;
     GLint _textMatrixLoc = 0;
-    GLint _textPositionLoc = 0;
-    GLint _textTexCoordLoc = 0;
-    GLint _textTextureLoc = 0;
     GLint _textColorLoc = 0;
     GLuint _textTexture = 0;
     GLuint _rectProgram = 0;
     GLint _rectMatrixLoc = 0;
-    GLint _rectPositionLoc = 0;
     GLint _rectColorLoc = 0;
 
     bool _textReady = false;

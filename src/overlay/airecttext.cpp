@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "display/displaycommon.h"
 #include "overlay/airectrender.h"
 #include "overlay/bmpfile.h"
+#include "render/frame.h"
+#include "render/mesh.h"
 #include "render/program.h"
 #include "zet/zetlog.h"
 
@@ -47,15 +48,13 @@ int AiRectRender::initText(const std::string& path) {
         ZETLog::instance().error("AiRectRender::initText no font: %s\n", path.c_str());
         return -1;
     }
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     _textProgram = buildProgram(textVertexStage, textFragmentStage);
     if (_textProgram == 0) return -1;
     _textMatrixLoc = glGetUniformLocation(_textProgram, "u_mapMatrix");
-    _textPositionLoc = glGetAttribLocation(_textProgram, "a_position");
-    _textTexCoordLoc = glGetAttribLocation(_textProgram, "a_texCoord");
-    _textTextureLoc = glGetUniformLocation(_textProgram, "u_texture");
     _textColorLoc = glGetUniformLocation(_textProgram, "u_color");
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glUseProgram(_textProgram);
+    glUniform1i(glGetUniformLocation(_textProgram, "u_texture"), otherUnit);
     glGenTextures(1, &_textTexture);
     _textReady = true;
     return 0;
@@ -147,32 +146,23 @@ int AiRectRender::rasterizeString(std::string_view text, GLuint texture) {
     return 0;
 }
 
-int AiRectRender::drawString(std::string_view text, float x, float y, float size) {
+int AiRectRender::drawString(std::string_view text, float x, float y, float size, const float* texCoords) {
     if (rasterizeString(text, _textTexture) != 0) return -1;
     const float right = x + _textAspect * size;
     const float top = y + size;
     const float corners[12] = {x, y, 0, right, y, 0, x, top, 0, right, top, 0};
-    const auto position = static_cast<GLuint>(_textPositionLoc);
-    glEnableVertexAttribArray(position);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, corners);
+    bindArrays(corners, 3, texCoords);
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-    glDisableVertexAttribArray(position);
+    releaseArrays();
     return 0;
 }
 
-void AiRectRender::beginText(const float* texCoords, const float* color, const float* matrix) {
-    const auto texCoord = static_cast<GLuint>(_textTexCoordLoc);
+void AiRectRender::beginText(const float* color, const float* matrix) {
+    glEnable(GL_BLEND);
     glUseProgram(_textProgram);
-    glEnableVertexAttribArray(texCoord);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, texCoords);
     glUniformMatrix4fv(_textMatrixLoc, 1, GL_FALSE, matrix);
     glUniform3f(_textColorLoc, color[0], color[1], color[2]);
-    glActiveTexture(GL_TEXTURE0);
-    glUniform1i(_textTextureLoc, 0);
-}
-
-void AiRectRender::endText() {
-    glDisableVertexAttribArray(static_cast<GLuint>(_textTexCoordLoc));
+    glActiveTexture(GL_TEXTURE0 + otherUnit);
 }
 
 }  // namespace zet::ZETShow

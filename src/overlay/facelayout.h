@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "display/displaycommon.h"
+#include "render/frame.h"
 
 namespace zet::ZETShow {
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "overlay/bmpfile.h"
+#include "render/frame.h"
+#include "render/mesh.h"
 #include "render/program.h"
 
 namespace zet::ZETShow {
@@ -43,14 +45,12 @@ ImageOverlay::~ImageOverlay() {
 }
 
 int ImageOverlay::initOverlay() {
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     _overlayProgram = buildProgram(vertexStage, fragmentStage);
     if (_overlayProgram == 0) return -1;
     _overlayMatrixLoc = glGetUniformLocation(_overlayProgram, "u_mapMatrix");
-    _overlayPositionLoc = glGetAttribLocation(_overlayProgram, "a_position");
-    _overlayTexCoordLoc = glGetAttribLocation(_overlayProgram, "a_texCoord");
-    _overlayTextureLoc = glGetUniformLocation(_overlayProgram, "u_texture");
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glUseProgram(_overlayProgram);
+    glUniform1i(glGetUniformLocation(_overlayProgram, "u_texture"), otherUnit);
     glGenTextures(1, &_overlayTexture);
     return 0;
 }
@@ -68,6 +68,7 @@ void ImageOverlay::loadImage(const char* path, const float* rectangle) {
         return;
 
     const GLenum format = picture.bitsPerPixel == 24 ? GL_RGB : GL_RGBA;
+    glActiveTexture(GL_TEXTURE0 + otherUnit);
     glBindTexture(GL_TEXTURE_2D, _overlayTexture);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);  // rows of 24 bits end where they end
     glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), picture.width, picture.height, 0, format,
@@ -95,20 +96,15 @@ void ImageOverlay::place(const float* rectangle) {
 
 int ImageOverlay::drawOverlay(const float* texCoords, const float* matrix) {
     if (_overlayProgram == 0) return -1;
-    const auto position = static_cast<GLuint>(_overlayPositionLoc);
-    const auto texCoord = static_cast<GLuint>(_overlayTexCoordLoc);
     glUseProgram(_overlayProgram);
-    glEnableVertexAttribArray(position);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _overlayVertices);
-    glEnableVertexAttribArray(texCoord);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, texCoords);
     glUniformMatrix4fv(_overlayMatrixLoc, 1, GL_FALSE, matrix);
-    glActiveTexture(GL_TEXTURE0);
+    glActiveTexture(GL_TEXTURE0 + otherUnit);
     glBindTexture(GL_TEXTURE_2D, _overlayTexture);
-    glUniform1i(_overlayTextureLoc, 0);
+    bindArrays(_overlayVertices, 3, texCoords);
+    glEnable(GL_BLEND);
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-    glDisableVertexAttribArray(texCoord);
-    glDisableVertexAttribArray(position);
+    glDisable(GL_BLEND);
+    releaseArrays();
     return 0;
 }
 

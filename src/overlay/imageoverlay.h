@@ -12,7 +12,7 @@ public:
     ImageOverlay(const ImageOverlay&) = delete;
     ImageOverlay& operator=(const ImageOverlay&) = delete;
 
-    /// Builds the program and turns blending on, which stays on. 0, or -1 if the program doesn't build.
+    /// Builds the program. 0, or -1 if the program doesn't build.
     int initOverlay();
     /// Replaces picture and place. `rectangle`: x, y, width, height as shares of the video, origin at its top left
     /// corner. A file that isn't a BMP of 24 or 32 bits leaves the old picture, one whose sizes don't agree leaves
@@ -27,9 +27,6 @@ private:
 
     GLuint _overlayProgram = 0;
     GLint _overlayMatrixLoc = 0;
-    GLint _overlayPositionLoc = 0;
-    GLint _overlayTexCoordLoc = 0;
-    GLint _overlayTextureLoc = 0;
     GLuint _overlayTexture = 0;
     int _overlayRowOrder = 0;  // 0 no picture, 1 rows from the top, 2 rows from the bottom
     float _overlayVertices[12] = {};

@@ -28,22 +28,7 @@ Render::Render(DisplayConfig* config, float touchScale, Display* display)
 Render::~Render() {
     auto& log = ZETLog::instance();
     log.error("~Render");
-    if (_program != 0) {
-        log.error("~Render _program");
-        glDeleteProgram(_program);
-    }
-    if (_textureProgram != 0) {
-        log.error("~Render _textureProgram");
-        glDeleteProgram(_textureProgram);
-    }
-    if (_readerTexture != 0) {
-        log.error("~Render _readerTexture");
-        glDeleteTextures(1, &_readerTexture);
-    }
-    if (_textureFrameBuffer != 0) {
-        log.error("~Render _textureFrameBuffer");
-        glDeleteFramebuffers(1, &_textureFrameBuffer);
-    }
+    if (_program.name != 0) log.error("~Render _program");
 }
 
 int Render::onTouchDown(float, float) {
@@ -194,31 +179,9 @@ void Render::stepFling() {
     onFling(_flingVelocityX, _flingVelocityY);
 }
 
-void Render::fetchProgramLocations() {
-    _mapMatrixLoc = glGetUniformLocation(_program, "u_mapMatrix");
-    _positionLoc = glGetAttribLocation(_program, "a_position");
-    _texCoordLoc = glGetAttribLocation(_program, "a_texCoord");
-    _planeSizeLoc = glGetUniformLocation(_program, "planeSize");
-    _yTextureLoc = glGetUniformLocation(_program, "y_texture");
-    _uvTextureLoc = glGetUniformLocation(_program, "uv_texture");
-}
-
-int Render::bindFrameTextures(Texture& texture, const float* matrix) {
-    glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, matrix);
-    bindPicture(texture, _planeSizeLoc, _yTextureLoc, _uvTextureLoc);
-    return 0;
-}
-
-void Render::bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc) {
-    glUniform1i(planeSizeLoc, texture.textureSize);
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, texture.current[0]);
-    glUniform1i(yLoc, 0);
-    if (texture.textureSize != 1) {
-        glActiveTexture(GL_TEXTURE1);
-        glBindTexture(GL_TEXTURE_2D, texture.current[1]);
-        glUniform1i(uvLoc, 1);
-    }
+void Render::setViewport(const Viewport& viewport) {
+    _viewport = viewport;
+    glViewport(viewport.x, viewport.y, viewport.width, viewport.height);
 }
 
 }  // namespace zet::ZETShow

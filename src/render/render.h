@@ -9,7 +9,9 @@
 
 #include "config/door.h"
 #include "config/relaxed.h"
-#include "display/displaycommon.h"
+#include "render/frame.h"
+#include "render/program.h"
+#include "render/viewport.h"
 #include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 
@@ -32,8 +34,8 @@ public:
     Render(const Render&) = delete;
     Render& operator=(const Render&) = delete;
 
-    /// Draws `texture` into the window surface; the display swaps. 0 on success. Render thread.
-    virtual int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) = 0;
+    /// Draws `frame` into the window surface, whose size is in pixels; the display swaps. 0 on success. Render thread.
+    virtual int render(int surfaceWidth, int surfaceHeight, const Frame& frame) = 0;
 
     // Gestures: 0 asks for a redraw. Setter's thread.
     virtual int onTouchDown(float x, float y);
@@ -51,20 +53,11 @@ public:
     virtual void setOpeningFlight(bool on);                    // Setter's thread.
     virtual void setSceneBackdrop(bool backdrop, bool stars);  // Setter's thread.
 
-    /// Builds `_program` and fetches its locations. 0 on success. Render thread.
+    /// Builds `_program` and what else the view draws with. 0 on success. Render thread.
     virtual int createProgram() = 0;
 
-    /// Draws `texture` into the view's own RGBA picture of `width` by `height` pixels, the size of the whole frame, and
-    /// leaves the frame buffer of that picture bound. With a rectangle, in pixels of the frame, the picture is the
-    /// rectangle stretched to the full size, row 0 at its top, and takes the place of the planes in `texture`. Without
-    /// one it is the whole frame, row 0 at its bottom. 0 on success, otherwise nothing has changed. Render thread.
-    int cropTexture(Texture& texture, int width, int height, const CropParam* cropParam);
-    /// Reads the frame as RGBA. 0 on success; -1 if `dataSize` bytes don't hold it, with nothing written. Rows come
-    /// bottom row first, unless `texture` holds a cropped picture already. Render thread.
-    int readTexture(Texture& texture, void* data, int dataSize, int width, int height);
-    /// Reads the view's last viewport from the window surface as RGBA, bottom row first, and answers its size. 0 on
-    /// success; -1 if nothing has been drawn or `dataSize` bytes don't hold it, with nothing written. Render thread.
-    int readScreen(void* data, int dataSize, int* outWidth, int* outHeight);
+    /// The part of the surface that was last drawn into, all 0 before the first draw. Render thread.
+    const Viewport& viewport() const { return _viewport; }
 
     /// Slows the inertia by a frame and hands it to `onFling`, before each draw. Render thread.
     void stepFling();
@@ -82,33 +75,11 @@ protected:
     /// The same with `work` on the render thread, while the setter waits.
     void observeOnRenderThread(std::int64_t id, unsigned mask, const Work& work);
 
-    /// Fetches from `_program` the locations that all frame programs have.
-    void fetchProgramLocations();
-    /// Gives the program in use its matrix and its picture. Always 0.
-    int bindFrameTextures(Texture& texture, const float* matrix);
-    /// Gives the program in use, one of the view's own, its picture.
-    static void bindPicture(const Texture& texture, GLint planeSizeLoc, GLint yLoc, GLint uvLoc);
+    /// Draws into this part of the surface from now on.
+    void setViewport(const Viewport& viewport);
     void requestRender() { _config->setConfig(DCFG_RENDER_REQUEST, nullptr); }
 
-    struct Viewport {
-        GLint x = 0;
-        GLint y = 0;
-        GLsizei width = 0;
-        GLsizei height = 0;
-    };
-
-    Viewport _viewport;       // what was last given to glViewport, written together with that call
     const float _touchScale;  // factor on the coordinates of gestures
-
-    // The offscreen pass, made at the first need.
-    GLuint _textureFrameBuffer = 0;
-    GLuint _readerTexture = 0;
-    GLuint _textureProgram = 0;
-    GLint _textureYLoc = -1;
-    GLint _textureUvLoc = -1;
-    GLint _texturePositionLoc = -1;
-    GLint _textureTexCoordLoc = -1;
-    GLint _texturePlaneSizeLoc = -1;
 
     Display* const _display;
     GlobalConfiger* const _globalConfiger;
@@ -118,18 +89,7 @@ protected:
     Relaxed<float> _flingVelocityX = 0.0f;
     Relaxed<float> _flingVelocityY = 0.0f;
 
-    // The view's main program.
-    GLuint _program = 0;
-    GLint _yTextureLoc = -1;
-    GLint _uvTextureLoc = -1;
-    GLint _mapMatrixLoc = -1;
-    GLint _planeSizeLoc = -1;
-    GLint _positionLoc = -1;
-    GLint _texCoordLoc = -1;
-
-    // Corners of a full-frame quad in triangle-strip order, before and after the view's rotation.
-    static constexpr float _baseTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
-    float _rotatedTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
+    FrameProgram _program;  // the view's main one
 
 private:
     struct PendingObserver {
@@ -138,14 +98,13 @@ private:
         unsigned mask;
     };
 
-    int ensureOffscreenResources();
-    void drawOffscreenQuad(const float* texCoords);
     void registerGestureObservers();
     void registerSettingObservers();
     /// Scales the `count` coordinates of a gesture's record in place; false, with nothing changed, if one isn't finite.
     bool scaleGesturePoints(float* points, int count) const;
     int startFling(const Fling* fling);
 
+    Viewport _viewport;
     const std::shared_ptr<Door> _door = std::make_shared<Door>();
     std::vector<PendingObserver> _pending;  // `observe` collects them here, `goLive` registers them
 };

@@ -16,15 +16,22 @@ void main() {
 const char* const frameDeclarations = R"(
 uniform sampler2D y_texture;
 uniform sampler2D uv_texture;
-uniform int planeSize;
+uniform mat3 colorMatrix;
+uniform vec3 colorOffset;
+uniform vec4 region;
 varying vec2 v_texCoord;
 )";
 
-const char* const yuvSampling = R"(
+const char* const planeSampling = R"(
+vec4 samplePlanes(vec2 tc) {
+    vec3 yuv = vec3(texture2D(y_texture, tc).r, texture2D(uv_texture, tc).ra);
+    return vec4(colorMatrix * (yuv - colorOffset), 1.0);
+}
+)";
+
+const char* const pictureSampling = R"(
 vec4 samplePicture(vec2 tc) {
-    if (planeSize == 1) return texture2D(y_texture, tc);
-    vec3 yuv = vec3(texture2D(y_texture, tc).r, texture2D(uv_texture, tc).ra - 0.5);
-    return vec4(mat3(1.0, 1.0, 1.0, 0.0, -0.39465, 2.03211, 1.13983, -0.58060, 0.0) * yuv, 1.0);
+    return samplePlanes(region.xy + clamp(tc, 0.0, 1.0) * region.zw);
 }
 )";
 

@@ -9,9 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 #include "zet/zetlog.h"
 
@@ -32,7 +29,6 @@ uniform float fy;
 uniform float ox;
 uniform float oy;
 vec2 throughLens(vec2 v) {
-    if (k1 == 0.0) return v;
     float x0 = (v.x - ox) / fx;
     float y0 = (v.y - oy) / fy;
     float r2 = x0 * x0 + y0 * y0;
@@ -45,14 +41,22 @@ vec2 throughLens(vec2 v) {
 }
 )";
 
-const char* const mainStep = R"(
+const char* const plainMain = R"(
 void main() {
-    vec2 trueTexCoord = throughLens(v_texCoord);
-    gl_FragColor = samplePicture(trueTexCoord);
+    gl_FragColor = samplePlanes(v_texCoord);
+}
+)";
+
+const char* const correctedMain = R"(
+void main() {
+    gl_FragColor = samplePlanes(throughLens(v_texCoord));
 }
 )";
 
 const char* const lensNames[] = {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"};
+
+// Corners of a whole picture in triangle-strip order.
+constexpr float baseTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
 
 constexpr float correctedHeight = 0.83f;  // share of the frame's height that a corrected picture is fitted with
 constexpr float nearPlane = 1.0f;         // the camera stands as far from the quad, so that it fills the view
@@ -77,15 +81,10 @@ int CommonRender::init() {
 }
 
 int CommonRender::createProgram() {
-    const std::string fragmentStage =
-        std::string("precision mediump float;\n") + frameDeclarations + lensStep + yuvSampling + mainStep;
-    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
+    if (_program.build(frameVertexStage, {plainMain}) != 0) return -1;
+    if (_correctedProgram.build(frameVertexStage, {lensStep, correctedMain}) != 0) return -1;
+    for (int i = 0; i < 9; ++i) _lensLocs[i] = _correctedProgram.uniform(lensNames[i]);
     setQuad(0.0f, 1.0f, 1.0f, 0.0f);
-    for (int i = 0; i < 9; ++i) _lensLocs[i] = glGetUniformLocation(_program, lensNames[i]);
-    glUseProgram(_program);
-    glUniform1f(_lensLocs[0], 0.0f);  // no correction until a lens record comes
     return 0;
 }
 
@@ -112,32 +111,32 @@ void CommonRender::registerObservers() {
         return RENDER_NOT_HANDLED;
     });
     observe(DCFG_ROTATION, setting, [this](DisplayConfigUserData& delivery) {
-        _rotation = static_cast<unsigned>(delivery.getInt()) % 360u;
+        const unsigned degrees = static_cast<unsigned>(delivery.getInt()) % 360u;
+        if (degrees % 90 == 0) _rotation = degrees;
         return 0;
     });
 }
 
-int CommonRender::render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) {
+int CommonRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     const unsigned rotation = _rotation;
-    if (rotation == 90 || rotation == 270) std::swap(frameWidth, frameHeight);
-    rotateTexCoords(rotation, _rotatedQuadTexCoords, _quadTexCoords);
-    frameHeight = static_cast<int>(static_cast<float>(frameHeight) * _heightFactor);
-    fitTo(surfaceWidth, surfaceHeight, frameWidth, frameHeight);
+    const bool lies = rotation == 90 || rotation == 270;
+    const int frameWidth = lies ? frame.height : frame.width;
+    const int frameHeight = lies ? frame.width : frame.height;
+    turnQuad(rotation);
+    fitTo(surfaceWidth, surfaceHeight, frameWidth, static_cast<int>(static_cast<float>(frameHeight) * _heightFactor));
 
-    glUseProgram(_program);
     glClear(GL_COLOR_BUFFER_BIT);
     applyViewTransform();
     if (_motion._zoomAnimating) requestRender();  // the animation pulls its own next frame
-    const bool zoomed = zoomIsInForce(texture);
-    if (zoomed) zoomToRect(texture);
-    drawQuad(texture);
+    const bool zoomed = zoomIsInForce(frame);
+    if (zoomed) zoomToRect(frame);
+    drawQuad(frame);
     drawImageOverlay(rotation);
     if (zoomed) {
-        drawInset(texture, rotation);
-        zoomToRect(texture);
+        drawInset(frame, rotation);
+        zoomToRect(frame);
     }
-    drawFaces(texture);
-    _matrixState.popMatrix();
+    drawFaces(frame);
     return 0;
 }
 
@@ -155,23 +154,20 @@ void CommonRender::fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, in
     _surfaceHeight = surfaceHeight;
     _frameWidth = frameWidth;
     _frameHeight = frameHeight;
-    _viewport = {0, 0, surfaceWidth, surfaceHeight};
-    glViewport(0, 0, surfaceWidth, surfaceHeight);
+    setViewport({0, 0, surfaceWidth, surfaceHeight});
 }
 
-void CommonRender::bindQuad() {
-    const auto position = static_cast<GLuint>(_positionLoc);
-    const auto texCoord = static_cast<GLuint>(_texCoordLoc);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _quadVertices);
-    glEnableVertexAttribArray(position);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, _rotatedQuadTexCoords);
-    glEnableVertexAttribArray(texCoord);
-}
-
-void CommonRender::unbindQuad() {
-    // The arrays are this object's memory: the next view must not draw through them.
-    glDisableVertexAttribArray(static_cast<GLuint>(_texCoordLoc));
-    glDisableVertexAttribArray(static_cast<GLuint>(_positionLoc));
+void CommonRender::turnQuad(unsigned rotation) {
+    if (rotation == _quadRotation) return;
+    _quadRotation = rotation;
+    rotateTexCoords(rotation, _rotatedQuadTexCoords, _quadTexCoords);
+    constexpr float places[4][2] = {{-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
+    std::array<MeshVertex, 4> corners;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const float* const texCoord = _rotatedQuadTexCoords + 2 * i;
+        corners[i] = {{places[i][0], places[i][1], 0}, {texCoord[0], texCoord[1]}};
+    }
+    _quad.load(corners);
 }
 
 void CommonRender::lookStraight() {
@@ -183,53 +179,53 @@ void CommonRender::applyViewTransform() {
     if (_motion._zoomAnimating) _motion.stepZoomAnimation();
     _motion.clampPan();
     lookStraight();
-    _matrixState.pushMatrix();
     matrixTranslate(_matrixState._viewMatrix, _motion._panX, _motion._panY, 0);
     matrixScale(_matrixState._modelMatrix, _motion._scale, _motion._scale, 1);
 }
 
-bool CommonRender::zoomIsInForce(const Texture& texture) const {
-    if (!_globalConfiger->GetConfigBaseData().rectZoom || texture.rects.empty()) return false;
-    const ZoomRect& rect = texture.rects.front();
+bool CommonRender::zoomIsInForce(const Frame& frame) const {
+    if (!_globalConfiger->GetConfigBaseData().rectZoom || frame.rects.empty()) return false;
+    const ZoomRect& rect = frame.rects.front();
     return rect.width > 0 && rect.height > 0;
 }
 
-void CommonRender::drawQuad(Texture& texture) {
-    glUseProgram(_program);
-    bindFrameTextures(texture, _matrixState.computeMvp());
-    bindQuad();
-    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-    unbindQuad();
+void CommonRender::drawQuad(const Frame& frame) {
+    const FrameProgram& program = _corrects ? _correctedProgram : _program;
+    program.use(frame);
+    program.setMatrix(_matrixState.computeMvp());
+    _quad.bind();
+    _quad.draw();
 }
 
-void CommonRender::drawInset(Texture& texture, unsigned rotation) {
+void CommonRender::drawInset(const Frame& frame, unsigned rotation) {
     lookStraight();
     matrixTranslate(_matrixState._viewMatrix, insetOffset, -insetOffset, 0);
     matrixScale(_matrixState._modelMatrix, insetScale, insetScale, 1);
-    drawQuad(texture);
+    drawQuad(frame);
     drawImageOverlay(rotation);
 }
 
 void CommonRender::drawImageOverlay(unsigned rotation) {
     if (!_imageOverlay || !_imageOverlay->hasImage()) return;
-    rotateTexCoords(rotation, _rotatedTexCoords, _baseTexCoords);
-    _imageOverlay->drawOverlay(_rotatedTexCoords, _matrixState._mvpMatrix);
+    float texCoords[8];
+    rotateTexCoords(rotation, texCoords, baseTexCoords);
+    _imageOverlay->drawOverlay(texCoords, _matrixState._mvpMatrix);
 }
 
-void CommonRender::drawFaces(const Texture& texture) {
-    if (_faceOption == 0 || texture.faces.empty()) return;
+void CommonRender::drawFaces(const Frame& frame) {
+    if (_faceOption == 0 || frame.faces.empty()) return;
     if (!_aiRectRender) {
         _aiRectRender = std::make_unique<AiRectRender>();
         const char* const font = _globalConfiger->GetFontPath();
         if (font && *font) _aiRectRender->initText(font);
         _aiRectRender->initRect();
     }
-    _aiRectRender->drawFaces(_rotatedQuadTexCoords, _matrixState.computeMvp(), texture.faces.data(),
-                             static_cast<int>(texture.faces.size()), _frameWidth, _frameHeight, _faceOption);
+    _aiRectRender->drawFaces(_rotatedQuadTexCoords, _matrixState.computeMvp(), frame.faces.data(),
+                             static_cast<int>(frame.faces.size()), _frameWidth, _frameHeight, _faceOption);
 }
 
-void CommonRender::zoomToRect(const Texture& texture) {
-    const ZoomRect& rect = texture.rects.front();
+void CommonRender::zoomToRect(const Frame& frame) {
+    const ZoomRect& rect = frame.rects.front();
     const auto x = static_cast<float>(rect.x);
     const auto y = static_cast<float>(rect.y);
     const auto w = static_cast<float>(rect.width);
@@ -249,15 +245,13 @@ void CommonRender::zoomToRect(const Texture& texture) {
 }
 
 void CommonRender::setQuad(float left, float bottom, float right, float top) {
-    const float vertices[12] = {-1, -1, 0, 1, -1, 0, -1, 1, 0, 1, 1, 0};
     const float texCoords[8] = {left, bottom, right, bottom, left, top, right, top};
-    std::copy_n(vertices, 12, _quadVertices);
     std::copy_n(texCoords, 8, _quadTexCoords);
+    _quadRotation = noRotation;
 }
 
-void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* in) const {
+void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* in) {
     static constexpr int corners[4][4] = {{0, 1, 2, 3}, {1, 3, 0, 2}, {3, 2, 1, 0}, {2, 0, 3, 1}};
-    if (rotation % 90 != 0) return;
     const int* const from = corners[rotation / 90];
     for (int i = 0; i < 4; ++i) std::copy_n(in + 2 * from[i], 2, out + 2 * i);
 }
@@ -265,10 +259,11 @@ void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* i
 int CommonRender::setLensParam(const LensParam* lens) {
     if (!lens) return RENDER_NOT_HANDLED;
     const double values[] = {lens->k1, lens->k2, lens->k3, lens->p1, lens->p2, lens->fx, lens->fy, lens->ox, lens->oy};
-    glUseProgram(_program);
+    glUseProgram(_correctedProgram.name);
     for (int i = 0; i < 9; ++i) glUniform1f(_lensLocs[i], static_cast<float>(values[i]));
     setQuad(static_cast<float>(lens->leftMargin), static_cast<float>(lens->bottomMargin + 1.0),
             static_cast<float>(lens->rightMargin + 1.0), static_cast<float>(lens->topMargin));
+    _corrects = static_cast<float>(lens->k1) != 0.0f;
     _heightFactor = lens->k1 == 0.0 ? 1.0f : correctedHeight;
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "overlay/airectrender.h"
 #include "overlay/imageoverlay.h"
 #include "render/matrix.h"
+#include "render/mesh.h"
 #include "render/render.h"
 #include "views/flatmotion.h"
 
@@ -17,7 +18,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onPinch(float factor) override;
     int onDoubleTap(float x, float y) override;
@@ -30,26 +31,28 @@ private:
     int onFaceOption(int option);                         // Render thread.
     int onOverlayImage(DisplayConfigUserData& delivery);  // Render thread.
     void setQuad(float left, float bottom, float right, float top);
-    void rotateTexCoords(unsigned rotation, float* out, const float* in) const;
+    static void rotateTexCoords(unsigned rotation, float* out, const float* in);
 
     void fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight);
-    void bindQuad();
-    void unbindQuad();
+    /// Turns the quad's picture clockwise, if that or the picture has changed.
+    void turnQuad(unsigned rotation);
     void lookStraight();
     void applyViewTransform();
-    bool zoomIsInForce(const Texture& texture) const;
-    void zoomToRect(const Texture& texture);
-    void drawQuad(Texture& texture);
-    void drawInset(Texture& texture, unsigned rotation);
+    bool zoomIsInForce(const Frame& frame) const;
+    void zoomToRect(const Frame& frame);
+    void drawQuad(const Frame& frame);
+    void drawInset(const Frame& frame, unsigned rotation);
     void drawImageOverlay(unsigned rotation);
-    void drawFaces(const Texture& texture);
+    void drawFaces(const Frame& frame);
 
     // Gestures and settings.
     FlatMotion _motion;
-    Relaxed<unsigned> _rotation = 0u;  // degrees clockwise; other than 0, 90, 180 and 270 changes nothing
+    Relaxed<unsigned> _rotation = 0u;  // degrees clockwise: 0, 90, 180 or 270
 
     // The quad, in triangle-strip order. Render thread.
-    float _quadVertices[12] = {};
+    static constexpr unsigned noRotation = 360;
+    Mesh _quad;
+    unsigned _quadRotation = noRotation;  // for which `_quad` was loaded
     float _quadTexCoords[8] = {};
     float _rotatedQuadTexCoords[8] = {};
     float _heightFactor = 1.0f;  // of the frame's height, before it is fitted
@@ -66,6 +69,8 @@ private:
     std::unique_ptr<ImageOverlay> _imageOverlay;  // goes first
     int _faceOption = FACE_BOX;                   // `FaceOption` bits; fixed once `_aiRectRender` stands
 
+    FrameProgram _correctedProgram;
+    bool _corrects = false;                                     // it draws, not `_program`
     GLint _lensLocs[9] = {-1, -1, -1, -1, -1, -1, -1, -1, -1};  // k1 k2 k3 p1 p2 fx fy ox oy
 };
 

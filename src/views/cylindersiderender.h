@@ -1,6 +1,7 @@
 #pragma once
 
 #include "render/matrix.h"
+#include "render/mesh.h"
 #include "render/render.h"
 #include "views/cylindersidemotion.h"
 #include "views/parts/camera.h"
@@ -15,7 +16,7 @@ public:
     /// Always 0: without a program the view shows the clear colour.
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onPinch(float factor) override;
@@ -25,10 +26,7 @@ public:
     void onFling(float velocityX, float velocityY) override;
 
 private:
-    void draw(Texture& texture);
-    void sendCut();
-    void enableStrip();
-    void disableStrip();
+    void draw(const Frame& frame);
 
     // Gestures and settings.
     CylinderSideMotion _motion;
@@ -37,11 +35,9 @@ private:
     SurfaceSize _size;
     MatrixState _matrix;
 
-    GLint _ptZmLoc = -1;
-    GLint _ptLLoc = -1;
-    GLint _ptRLoc = -1;
-    GLint _ptTLoc = -1;
-    GLint _ptBLoc = -1;
+    // Fixed after `init`.
+    Mesh _strip;
+    GLint _cutLoc = -1;
 };
 
 }  // namespace zet::ZETShow

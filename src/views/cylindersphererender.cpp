@@ -6,9 +6,6 @@
 #include "views/cylindersphererender.h"
 
 #include <cmath>
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 
 namespace zet::ZETShow {
@@ -63,7 +60,7 @@ float pictureRadius(const Shape& shape, float b) {
     return even * lensRadius * (1.0f - shape.blend) + bySine * lensRadius * shape.blend;
 }
 
-DomePoint pointOn(const Shape& shape, double a, double b) {
+MeshVertex pointOn(const Shape& shape, double a, double b) {
     const double bulge = shape.round ? std::cos(b) : 1.0;
     const auto x = static_cast<float>(std::sin(a) * bulge);
     const auto y = static_cast<float>(std::cos(a) * bulge);
@@ -81,7 +78,7 @@ CylinderSphereRender::CylinderSphereRender(Variant variant, DisplayConfig* confi
 
 int CylinderSphereRender::init() {
     const Shape& shape = _variant == Variant::bowl ? bowlShape : drumShape;
-    _mesh = makeDome([&shape](double a, double b) { return pointOn(shape, a, b); });
+    _mesh.load(makeDome([&shape](double a, double b) { return pointOn(shape, a, b); }));
     const int created = createProgram();
     _ready = created == 0;
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
@@ -90,32 +87,26 @@ int CylinderSphereRender::init() {
 }
 
 int CylinderSphereRender::createProgram() {
-    const std::string fragmentStage =
-        std::string("precision highp float;\n") + frameDeclarations + yuvSampling + mainStep;
-    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
-    return 0;
+    return _program.build(frameVertexStage, {mainStep});
 }
 
-int CylinderSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+int CylinderSphereRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     if (!_ready) return -1;
     if (_size.changeTo(surfaceWidth, surfaceHeight)) setFrustumByAspect(_matrix, _size.aspect(), nearPlane, farPlane);
     if (!_size._sized) return 0;
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    _viewport = {0, 0, surfaceWidth, surfaceHeight};
-    glViewport(0, 0, surfaceWidth, surfaceHeight);
-    draw(texture);
+    setViewport({0, 0, surfaceWidth, surfaceHeight});
+    draw(frame);
     return 0;
 }
 
-void CylinderSphereRender::draw(Texture& texture) {
-    glUseProgram(_program);
+void CylinderSphereRender::draw(const Frame& frame) {
     _motion.step();
     placeCamera();
-    _mesh.enable(_positionLoc, _texCoordLoc);
-    bindFrameTextures(texture, _matrix.computeMvp());
-    _mesh.draw(_positionLoc, _texCoordLoc);
+    _program.use(frame);
+    _program.setMatrix(_matrix.computeMvp());
+    _mesh.bind();
+    _mesh.draw();
 }
 
 void CylinderSphereRender::placeCamera() {

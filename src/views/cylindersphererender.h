@@ -18,7 +18,7 @@ public:
     int init() override;
     int createProgram() override;
     /// 0 also where the surface is too small to draw on.
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onPinch(float factor) override;
@@ -27,12 +27,12 @@ public:
     void onFling(float velocityX, float velocityY) override;
 
 private:
-    void draw(Texture& texture);
+    void draw(const Frame& frame);
     void placeCamera();
 
     // Fixed after `init`.
     const Variant _variant;
-    Dome _mesh;
+    Mesh _mesh;
     bool _ready = false;
 
     // Gestures and settings.

@@ -6,9 +6,6 @@
 
 #include "views/halfsphererender.h"
 
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/parts/lenspieces.h"
 
@@ -16,34 +13,26 @@ namespace zet::ZETShow {
 
 namespace {
 
-// Reads the angles of the pixel and how far the camera is (fratio, 0 at near to 0.5 at far); draws what the picture has
-// there. From far to near its radius goes over from a cosine of t to an even fall, where fratio is tm, and then by m3
-// to one that falls as the sine. PlatFlag is always 0: tm is 0.25.
+// Reads the angles of the pixel and how far the camera is (distance, 0 at near to 0.5 at far); draws what the picture
+// has there. From far to near its radius goes over from a cosine of t to an even fall, where the distance is `middle`,
+// and then by `nearShare` to one that falls as the sine.
 const char* const bowlLookup = R"(
-uniform float fratio;
-uniform float PlatFlag;
+uniform float distance;
+const float middle = 0.25;
+const float nearShare = 0.35;
 void main() {
     float t = v_texCoord.t;
-    float ftmp = poleShrink(t);
-    float fir1 = frad * ftmp * cos(t);
-    float fir2 = evenRadius(t) * ftmp;
-    float fir3 = frad * ftmp * (1.0 - sin(t));
-    float tm = PlatFlag == 0.0 ? 0.25 : 0.5;
-    const float m3 = 0.35;
-    float fir;
-    if (fratio >= tm) {
-        float frat = (fratio - tm) * 2.0;
-        fir = frat * fir1 + (1.0 - frat) * fir2;
+    float even = evenRadius(t);
+    float radius;
+    if (distance >= middle) {
+        radius = mix(even, lensRadius * cos(t), (distance - middle) * 2.0);
     } else {
-        float frat = fratio * m3 / tm + 1.0 - m3;
-        fir = frat * fir2 + (1.0 - frat) * fir3;
+        radius = mix(lensRadius * (1.0 - sin(t)), even, distance * nearShare / middle + 1.0 - nearShare);
     }
-    vec2 tmpcoord = lensPointOpposite(fir, v_texCoord.s);
-    gl_FragColor = samplePicture(tmpcoord);
+    gl_FragColor = samplePicture(lensPointOpposite(poleShrink(t) * radius, v_texCoord.s));
 }
 )";
 
-constexpr float frad = 0.998f;  // radius of the lens circle as a part of the half texture
 constexpr float nearPlane = 1.0f;
 constexpr float farPlane = 25.0f;
 
@@ -53,7 +42,7 @@ HalfSphereRender::HalfSphereRender(DisplayConfig* config, float touchScale, Disp
     : Render(config, touchScale, display) {}
 
 int HalfSphereRender::init() {
-    _dome = makeDome(onFlattenedSphere);
+    _dome.load(makeDome(onFlattenedSphere));
     const int created = createProgram();
     _scene.loadPicture();
     _ready = created == 0;
@@ -63,29 +52,20 @@ int HalfSphereRender::init() {
 }
 
 int HalfSphereRender::createProgram() {
-    const std::string fragmentStage = std::string("precision highp float;\n") + frameDeclarations + evenRadius +
-                                      poleShrink + lensPointOpposite + yuvSampling + bowlLookup;
-    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
-    _fradLoc = glGetUniformLocation(_program, "frad");
-    _fratioLoc = glGetUniformLocation(_program, "fratio");
-    _platFlagLoc = glGetUniformLocation(_program, "PlatFlag");
-    if (_fradLoc < 0 || _fratioLoc < 0 || _platFlagLoc < 0) return -1;
+    if (_program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, bowlLookup}) != 0) return -1;
+    _distanceLoc = _program.uniform("distance");
     return _scene.createPrograms();
 }
 
-int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     if (!_ready) return -1;
     layOut(surfaceWidth, surfaceHeight);
     if (!_surface._sized) return -1;
-    glUseProgram(_program);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    _viewport = {0, 0, surfaceWidth, surfaceHeight};
-    glViewport(0, 0, surfaceWidth, surfaceHeight);
+    glClear(GL_COLOR_BUFFER_BIT);
+    setViewport({0, 0, surfaceWidth, surfaceHeight});
     if (_motion._showBack) _scene.drawBack(_motion);
     if (_motion._showPoints) _scene.drawPoints(_motion);
-    drawBowl(texture);
+    drawBowl(frame);
     if (_motion.isAlive()) requestRender();
     return 0;
 }
@@ -96,19 +76,15 @@ void HalfSphereRender::layOut(int surfaceWidth, int surfaceHeight) {
     _scene.setFrustum(_surface.aspect(), nearPlane, farPlane);
 }
 
-void HalfSphereRender::drawBowl(Texture& texture) {
-    glUseProgram(_program);
+void HalfSphereRender::drawBowl(const Frame& frame) {
     matrixIdentity(_sphereMatrix._modelMatrix);
-    _sphereMatrix.pushMatrix();
     _motion.step();
     lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
-    _dome.enable(_positionLoc, _texCoordLoc);
-    glUniform1f(_platFlagLoc, 0.0f);
-    glUniform1f(_fradLoc, frad);
-    glUniform1f(_fratioLoc, _motion.fratio());
-    bindFrameTextures(texture, _sphereMatrix.computeMvp());
-    _dome.draw(_positionLoc, _texCoordLoc);
-    _sphereMatrix.popMatrix();
+    _program.use(frame);
+    _program.setMatrix(_sphereMatrix.computeMvp());
+    glUniform1f(_distanceLoc, _motion.fratio());
+    _dome.bind();
+    _dome.draw();
 }
 
 int HalfSphereRender::onTouchDown(float, float) {

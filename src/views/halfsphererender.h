@@ -16,7 +16,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onTouchUp(float x, float y) override;
@@ -30,14 +30,12 @@ public:
 
 private:
     void layOut(int surfaceWidth, int surfaceHeight);
-    void drawBowl(Texture& texture);
+    void drawBowl(const Frame& frame);
 
     // Fixed after `init`.
-    Dome _dome;
-    bool _ready = false;  // the programs stand
-    GLint _fradLoc = -1;
-    GLint _fratioLoc = -1;
-    GLint _platFlagLoc = -1;
+    Mesh _dome;
+    bool _ready = false;  // the programs are built
+    GLint _distanceLoc = -1;
 
     HalfSphereMotion _motion;
     SurfaceSize _surface;

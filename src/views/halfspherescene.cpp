@@ -4,7 +4,10 @@
 
 #include "views/halfspherescene.h"
 
-#include "display/displaycommon.h"
+#include <algorithm>
+#include <cmath>
+
+#include "render/frame.h"
 #include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/halopicture.h"
@@ -15,18 +18,12 @@ namespace zet::ZETShow {
 
 namespace {
 
-// Reads the three planes of a limited-range BT.601 picture at v_texCoord.
 const char* const haloStage = R"(
 precision mediump float;
-uniform sampler2D tex_y;
-uniform sampler2D tex_u;
-uniform sampler2D tex_v;
+uniform sampler2D halo;
 varying vec2 v_texCoord;
 void main() {
-    float y = 1.1643 * (texture2D(tex_y, v_texCoord).r - 0.0625);
-    float u = texture2D(tex_u, v_texCoord).r - 0.5;
-    float v = texture2D(tex_v, v_texCoord).r - 0.5;
-    gl_FragColor = vec4(y + 1.5958 * v, y - 0.39173 * u - 0.81290 * v, y + 2.017 * u, 1.0);
+    gl_FragColor = texture2D(halo, v_texCoord);
 }
 )";
 
@@ -57,12 +54,14 @@ void main() {
 }
 )";
 
-const char* const planeNames[] = {"tex_y", "tex_u", "tex_v"};
-
 constexpr float edge = 4.0f * HalfSphereMotion::_radius;
 constexpr float back = -2.0f * HalfSphereMotion::_radius;
-constexpr float backVertices[12] = {-edge, -edge, back, edge, -edge, back, -edge, edge, back, edge, edge, back};
-constexpr float backTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
+constexpr std::array<MeshVertex, 4> backCorners = {{
+    {{-edge, -edge, back}, {0, 1}},
+    {{edge, -edge, back}, {1, 1}},
+    {{-edge, edge, back}, {0, 0}},
+    {{edge, edge, back}, {1, 0}},
+}};
 constexpr float backStep = 0.65f;  // degrees a frame
 
 constexpr float mainSize = 2.0f;  // of the group that counts the frames
@@ -88,20 +87,15 @@ int HalfSphereScene::createBackProgram() {
     _backProgram = buildProgram(frameVertexStage, haloStage);
     if (_backProgram == 0) return -1;
     _backMapMatrixLoc = glGetUniformLocation(_backProgram, "u_mapMatrix");
-    _backPositionLoc = glGetAttribLocation(_backProgram, "a_position");
-    _backTexCoordLoc = glGetAttribLocation(_backProgram, "a_texCoord");
-    bool complete = _backMapMatrixLoc >= 0 && _backPositionLoc >= 0 && _backTexCoordLoc >= 0;
-    for (int i = 0; i < 3; ++i) {
-        _backTexLocs[i] = glGetUniformLocation(_backProgram, planeNames[i]);
-        complete = complete && _backTexLocs[i] >= 0;
-    }
-    return complete ? 0 : -1;
+    glUseProgram(_backProgram);
+    glUniform1i(glGetUniformLocation(_backProgram, "halo"), otherUnit);
+    _backQuad.load(backCorners);
+    return 0;
 }
 
 int HalfSphereScene::createPointProgram() {
     _pointProgram = buildProgram(starVertexStage, starStage);
     if (_pointProgram == 0) return 0;
-    _pointPositionLoc = glGetAttribLocation(_pointProgram, "a_position");
     _pointMapMatrixLoc = glGetUniformLocation(_pointProgram, "u_mapMatrix");
     _pointSizeLoc = glGetUniformLocation(_pointProgram, "uPointSize");
     _pointLightLoc = glGetUniformLocation(_pointProgram, "uPointLight");
@@ -110,20 +104,19 @@ int HalfSphereScene::createPointProgram() {
 
 void HalfSphereScene::loadPicture() {
     const PlanarPicture picture = unpackPicture(haloPicture);
-    glGenTextures(3, _backTextures);
-    for (int i = 0; i < 3; ++i) {
-        glBindTexture(GL_TEXTURE_2D, _backTextures[i]);
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, picture.planeWidth(i), picture.planeHeight(i), 0, GL_LUMINANCE,
-                     GL_UNSIGNED_BYTE, picture.plane(i));
-        sampleSmoothly();
-    }
+    const std::vector<std::uint8_t> rgba = toRgba(picture);
+    glGenTextures(1, &_backTexture);
+    glActiveTexture(GL_TEXTURE0 + otherUnit);
+    glBindTexture(GL_TEXTURE_2D, _backTexture);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.width, picture.height, 0, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
+    sampleSmoothly();
 }
 
 HalfSphereScene::~HalfSphereScene() {
     // 0, for what has never been made, is a name that GL ignores here.
     glDeleteProgram(_backProgram);
     glDeleteProgram(_pointProgram);
-    glDeleteTextures(3, _backTextures);
+    glDeleteTextures(1, &_backTexture);
 }
 
 void HalfSphereScene::setFrustum(float aspect, float near, float far) {
@@ -134,28 +127,15 @@ void HalfSphereScene::setFrustum(float aspect, float near, float far) {
 void HalfSphereScene::drawBack(const HalfSphereMotion& motion) {
     glUseProgram(_backProgram);
     matrixIdentity(_backMatrix._modelMatrix);
-    _backMatrix.pushMatrix();
     lookIntoScene(_backMatrix, motion, motion.parallaxEyeZ());
     if (_backAngle > 360.0f) _backAngle = 0.0f;
     _backAngle += backStep;
     matrixRotate(_backMatrix._modelMatrix, _backAngle, 0, 0, 1);
     glUniformMatrix4fv(_backMapMatrixLoc, 1, GL_FALSE, _backMatrix.computeMvp());
-
-    const auto position = static_cast<GLuint>(_backPositionLoc);
-    const auto texCoord = static_cast<GLuint>(_backTexCoordLoc);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, backVertices);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, backTexCoords);
-    glEnableVertexAttribArray(position);
-    glEnableVertexAttribArray(texCoord);
-    for (int i = 0; i < 3; ++i) {
-        glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + i));
-        glBindTexture(GL_TEXTURE_2D, _backTextures[i]);
-        glUniform1i(_backTexLocs[i], i);
-    }
-    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-    glDisableVertexAttribArray(texCoord);
-    glDisableVertexAttribArray(position);
-    _backMatrix.popMatrix();
+    glActiveTexture(GL_TEXTURE0 + otherUnit);
+    glBindTexture(GL_TEXTURE_2D, _backTexture);
+    _backQuad.bind();
+    _backQuad.draw();
 }
 
 void HalfSphereScene::drawPoints(const HalfSphereMotion& motion) {
@@ -171,7 +151,6 @@ void HalfSphereScene::drawPoints(const HalfSphereMotion& motion) {
 void HalfSphereScene::drawGroup(const HalfSphereMotion& motion, const Group& group) {
     glUseProgram(_pointProgram);
     matrixIdentity(_pointMatrix._modelMatrix);
-    _pointMatrix.pushMatrix();
     lookIntoScene(_pointMatrix, motion, motion.parallaxEyeZ());
     glUniformMatrix4fv(_pointMapMatrixLoc, 1, GL_FALSE, _pointMatrix.computeMvp());
     const bool countsFrames = group.size == mainSize;
@@ -179,13 +158,10 @@ void HalfSphereScene::drawGroup(const HalfSphereMotion& motion, const Group& gro
     glUniform1f(_pointSizeLoc, group.size);
     glUniform1f(_pointLightLoc, _stars.stepLight(group.index));
 
-    const auto position = static_cast<GLuint>(_pointPositionLoc);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _stars._pointPtr);
-    glEnableVertexAttribArray(position);
+    bindArrays(_stars._pointPtr, 3, nullptr);
     glDrawArrays(GL_POINTS, 0, group.count);
-    glDisableVertexAttribArray(position);
+    releaseArrays();
     if (countsFrames && _pointFrame % framesPerShift == 0) _stars.shift(group.count);
-    _pointMatrix.popMatrix();
 }
 
 }  // namespace zet::ZETShow

@@ -3,6 +3,7 @@
 #include <GLES2/gl2.h>
 
 #include "render/matrix.h"
+#include "render/mesh.h"
 #include "views/halfspheremotion.h"
 #include "views/starfield.h"
 
@@ -23,7 +24,7 @@ public:
 
     /// -1 if the halo can't be drawn; a scene without stars is still one.
     int createPrograms();
-    /// Unpacks the halo's picture into its textures.
+    /// Unpacks the halo's picture into its texture.
     void loadPicture();
     void setFrustum(float aspect, float near, float far);
 
@@ -48,11 +49,9 @@ private:
     MatrixState _backMatrix;
     float _backAngle = 0.0f;  // degrees clockwise
     GLuint _backProgram = 0;
-    GLuint _backTextures[3] = {};  // Y, U, V
+    GLuint _backTexture = 0;
+    Mesh _backQuad;
     GLint _backMapMatrixLoc = -1;
-    GLint _backPositionLoc = -1;
-    GLint _backTexCoordLoc = -1;
-    GLint _backTexLocs[3] = {-1, -1, -1};
 
     // The stars.
     StarField _stars;
@@ -60,7 +59,6 @@ private:
     int _pointFrame = 0;         // draws of the main group
     bool _pointsPlaced = false;  // the first frame is over, and the stars keep their places
     GLuint _pointProgram = 0;
-    GLint _pointPositionLoc = -1;
     GLint _pointMapMatrixLoc = -1;
     GLint _pointSizeLoc = -1;
     GLint _pointLightLoc = -1;

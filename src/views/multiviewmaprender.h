@@ -15,7 +15,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onTouchUp(float x, float y) override;
@@ -26,21 +26,18 @@ public:
 
 private:
     void layOut();
-    void drawPanes(Texture& texture);
-    void aimCamera(int pane, MatrixState& matrices);
-    void drawPane(int pane, Texture& texture);
+    void drawPanes(const Frame& frame);
 
     // Gestures and settings.
     MultiViewMapMotion _motion;
 
     // Fixed after `init`.
-    Dome _dome;
     bool _ready = false;
-    GLint _fradLoc = -1;
 
     // As of the last layout and the last frame.
     DetailArea _detailArea;
-    MatrixState _paneMatrices[2];
+    MatrixState _detailMatrices;
+    MatrixState _mapMatrices;
 };
 
 }  // namespace zet::ZETShow

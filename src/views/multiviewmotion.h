@@ -44,7 +44,7 @@ struct MultiViewMotion {
     Relaxed<bool> _zoomed = false;
 
     // Worked out at each layout and each frame. Render thread.
-    PaneRect _paneRects[paneCount];
+    Viewport _paneRects[paneCount];
     float _paneElevation[paneCount] = {};  // degrees, 0 looks at the pole
     float _paneMoveY[paneCount] = {};
     float _paneMoveZ[paneCount] = {};

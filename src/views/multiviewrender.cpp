@@ -5,9 +5,6 @@
 
 #include "views/multiviewrender.h"
 
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/parts/lenspieces.h"
 
@@ -16,16 +13,12 @@ namespace zet::ZETShow {
 namespace {
 
 const char* const mainStep = R"(
-uniform float fratio;
 void main() {
-    float ftmp = poleShrink(v_texCoord.t) + fratio;
-    vec2 tmpcoord = lensPoint(ftmp * evenRadius(v_texCoord.t), v_texCoord.s);
-    gl_FragColor = samplePicture(tmpcoord);
+    float radius = poleShrink(v_texCoord.t) * evenRadius(v_texCoord.t);
+    gl_FragColor = samplePicture(lensPoint(radius, v_texCoord.s));
 }
 )";
 
-constexpr float frad = 0.998f;  // radius of the lens circle as a part of the half texture
-constexpr float fratio = 0.0f;  // the pull towards the pole stays as it is
 constexpr float aspect = 1.0f;  // of the frusta: it doesn't follow the shape of the panes
 constexpr float nearPlane = 1.5f;
 constexpr float farPlane = 25.0f;
@@ -36,7 +29,7 @@ MultiViewRender::MultiViewRender(DisplayConfig* config, float touchScale, Displa
     : Render(config, touchScale, display) {}
 
 int MultiViewRender::init() {
-    _dome = makeDome(onSphere);
+    _dome.load(makeDome(onSphere));
     const int created = createProgram();
     _ready = created == 0;
     glClearColor(0, 0, 0, 1);
@@ -45,22 +38,15 @@ int MultiViewRender::init() {
 }
 
 int MultiViewRender::createProgram() {
-    const std::string fragmentStage = std::string("precision highp float;\n") + frameDeclarations + evenRadius +
-                                      poleShrink + lensPoint + yuvSampling + mainStep;
-    _program = buildProgram(frameVertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
-    _fradLoc = glGetUniformLocation(_program, "frad");
-    _fratioLoc = glGetUniformLocation(_program, "fratio");
-    return _fradLoc >= 0 && _fratioLoc >= 0 ? 0 : -1;
+    return _program.build(frameVertexStage, {evenRadius, poleShrink, lensPoint, mainStep});
 }
 
-int MultiViewRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+int MultiViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     if (!_ready) return -1;
     if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glClear(GL_COLOR_BUFFER_BIT);
     if (!_motion._size._sized) return -1;
-    drawPanes(texture);
+    drawPanes(frame);
     return 0;
 }
 
@@ -69,28 +55,23 @@ void MultiViewRender::layOut() {
     for (MatrixState& matrices : _paneMatrices) setFrustumByAspect(matrices, aspect, nearPlane, farPlane);
 }
 
-void MultiViewRender::drawPanes(Texture& texture) {
+void MultiViewRender::drawPanes(const Frame& frame) {
+    _program.use(frame);
+    _dome.bind();
     if (_motion._zoomed) {
-        drawPane(_motion._selectedPane, {0, 0, _motion._size._lastWidth, _motion._size._lastHeight}, texture);
+        drawPane(_motion._selectedPane, {0, 0, _motion._size._lastWidth, _motion._size._lastHeight});
     } else {
-        for (int p = 0; p < MultiViewMotion::paneCount; ++p) drawPane(p, _motion._paneRects[p], texture);
+        for (int p = 0; p < MultiViewMotion::paneCount; ++p) drawPane(p, _motion._paneRects[p]);
     }
 }
 
-void MultiViewRender::drawPane(int p, const PaneRect& rect, Texture& texture) {
+void MultiViewRender::drawPane(int p, const Viewport& rect) {
     MatrixState& matrices = _paneMatrices[p];
     matrixIdentity(matrices._modelMatrix);
-    matrices.pushMatrix();
-    glViewport(rect.x, rect.y, rect.width, rect.height);
-    _viewport = {rect.x, rect.y, rect.width, rect.height};
+    setViewport(rect);
     _motion.updatePaneCamera(p, matrices);
-    glUseProgram(_program);
-    _dome.enable(_positionLoc, _texCoordLoc);
-    glUniform1f(_fradLoc, frad);
-    glUniform1f(_fratioLoc, fratio);
-    bindFrameTextures(texture, matrices.computeMvp());
-    _dome.draw(_positionLoc, _texCoordLoc);
-    matrices.popMatrix();
+    _program.setMatrix(matrices.computeMvp());
+    _dome.draw();
 }
 
 void MultiViewRender::setAutoRotate(bool enable, float speed) {

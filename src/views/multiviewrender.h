@@ -13,7 +13,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onTouchUp(float x, float y) override;
@@ -24,17 +24,15 @@ public:
 
 private:
     void layOut();
-    void drawPanes(Texture& texture);
-    void drawPane(int p, const PaneRect& rect, Texture& texture);
+    void drawPanes(const Frame& frame);
+    void drawPane(int p, const Viewport& rect);
 
     // Gestures and settings.
     MultiViewMotion _motion;
 
     // Fixed after `init`.
-    Dome _dome;
+    Mesh _dome;
     bool _ready = false;
-    GLint _fradLoc = -1;
-    GLint _fratioLoc = -1;
 
     MatrixState _paneMatrices[MultiViewMotion::paneCount];
 };

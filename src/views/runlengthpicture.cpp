@@ -1,5 +1,7 @@
 #include "views/runlengthpicture.h"
 
+#include <algorithm>
+
 namespace zet::ZETShow {
 
 namespace {
@@ -82,6 +84,35 @@ PlanarPicture unpackPicture(std::span<const std::uint8_t> stream) {
         if (!unpackToken(reader, picture.bytes, size)) return {};
     }
     return picture.bytes.size() == size ? picture : PlanarPicture();
+}
+
+std::vector<std::uint8_t> toRgba(const PlanarPicture& picture) {
+    const int width = picture.width;
+    const int height = picture.height;
+    // A chroma sample lies in the middle of four pixels: a pixel takes three quarters of the nearer one in each
+    // direction.
+    const auto chromaAt = [&](int plane, int x, int y) {
+        const int farX = std::clamp(x % 2 == 0 ? x / 2 - 1 : x / 2 + 1, 0, width / 2 - 1);
+        const int farY = std::clamp(y % 2 == 0 ? y / 2 - 1 : y / 2 + 1, 0, height / 2 - 1);
+        const std::uint8_t* const samples = picture.plane(plane);
+        const auto at = [&](int column, int row) { return static_cast<float>(samples[row * (width / 2) + column]); };
+        const float nearRow = 0.75f * at(x / 2, y / 2) + 0.25f * at(farX, y / 2);
+        const float farRow = 0.75f * at(x / 2, farY) + 0.25f * at(farX, farY);
+        return 0.75f * nearRow + 0.25f * farRow - 127.5f;
+    };
+    const auto level = [](float value) { return static_cast<std::uint8_t>(std::clamp(value, 0.0f, 255.0f) + 0.5f); };
+    std::vector<std::uint8_t> rgba;
+    rgba.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const float luma = 1.1643f * (static_cast<float>(picture.plane(0)[y * width + x]) - 0.0625f * 255.0f);
+            const float u = chromaAt(1, x, y);
+            const float v = chromaAt(2, x, y);
+            rgba.insert(rgba.end(), {level(luma + 1.5958f * v), level(luma - 0.39173f * u - 0.81290f * v),
+                                     level(luma + 2.017f * u), 255});
+        }
+    }
+    return rgba;
 }
 
 }  // namespace zet::ZETShow

@@ -27,4 +27,7 @@ struct PlanarPicture {
 /// value, a literal is the value and then `length - 1` bytes from behind the token.
 PlanarPicture unpackPicture(std::span<const std::uint8_t> stream);
 
+/// The picture as RGBA, opaque, top row first: limited-range BT.601, with chroma sampled bilinearly at each pixel.
+std::vector<std::uint8_t> toRgba(const PlanarPicture& picture);
+
 }  // namespace zet::ZETShow

@@ -6,9 +6,6 @@
 #include "views/walloneview180render.h"
 
 #include <cmath>
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 
 namespace zet::ZETShow {
@@ -20,11 +17,10 @@ attribute vec4 a_position;
 attribute vec2 a_texCoord;
 uniform mat4 u_mapMatrix;
 uniform float xCoff;
-uniform float yCoff;
 uniform float zCoff;
 varying vec2 v_texCoord;
 void main() {
-    vec3 tmpPosition = a_position.xyz * vec3(xCoff, yCoff, zCoff);
+    vec3 tmpPosition = a_position.xyz * vec3(xCoff, 1.0, zCoff);
     gl_Position = u_mapMatrix * vec4(tmpPosition, 1.0);
     v_texCoord = a_texCoord;
 }
@@ -48,10 +44,10 @@ constexpr float farPlane = 30.0f;
 constexpr float frameStretch = 1.6f;  // the frame is this much wider than high on the dome
 
 // The frame laid on the dome straight along its axis.
-DomePoint underFlatFrame(double a, double b) {
+MeshVertex underFlatFrame(double a, double b) {
     const auto r = static_cast<float>(std::cos(b));
     const float stretched = frameStretch * r;
-    DomePoint point = onSphere(a, b);
+    MeshVertex point = onSphere(a, b);
     point.texCoord[0] = static_cast<float>((1.0 - r * std::sin(a)) * 0.5);
     point.texCoord[1] = static_cast<float>((1.0 - stretched * std::cos(a)) * 0.5);
     return point;
@@ -63,7 +59,7 @@ WallOneView180Render::WallOneView180Render(DisplayConfig* config, float touchSca
     : Render(config, touchScale, display) {}
 
 int WallOneView180Render::init() {
-    _dome = makeDome(underFlatFrame);
+    _dome.load(makeDome(underFlatFrame));
     const int created = createProgram();
     _ready = created == 0;
     glClearColor(0, 0, 0, 1);
@@ -72,18 +68,13 @@ int WallOneView180Render::init() {
 }
 
 int WallOneView180Render::createProgram() {
-    const std::string fragmentStage =
-        std::string("precision highp float;\n") + frameDeclarations + yuvSampling + mainStep;
-    _program = buildProgram(vertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
-    _xCoffLoc = glGetUniformLocation(_program, "xCoff");
-    _yCoffLoc = glGetUniformLocation(_program, "yCoff");
-    _zCoffLoc = glGetUniformLocation(_program, "zCoff");
-    return _xCoffLoc >= 0 && _yCoffLoc >= 0 && _zCoffLoc >= 0 ? 0 : -1;
+    if (_program.build(vertexStage, {mainStep}) != 0) return -1;
+    _xCoffLoc = _program.uniform("xCoff");
+    _zCoffLoc = _program.uniform("zCoff");
+    return 0;
 }
 
-int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     if (!_ready) return -1;
     SurfaceSize& size = _motion._zoom._size;
     if (size.changeTo(surfaceWidth, surfaceHeight)) {
@@ -91,26 +82,22 @@ int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, int, int, 
     }
     if (!size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
-    draw(texture);
+    draw(frame);
     return 0;
 }
 
-void WallOneView180Render::draw(Texture& texture) {
+void WallOneView180Render::draw(const Frame& frame) {
     _motion.step();
     const WallZoom& zoom = _motion._zoom;
-    _viewport = {0, 0, zoom._size._lastWidth, zoom._size._lastHeight};
-    glViewport(_viewport.x, _viewport.y, _viewport.width, _viewport.height);
+    setViewport({0, 0, zoom._size._lastWidth, zoom._size._lastHeight});
     matrixIdentity(_matrixState._modelMatrix);
-    _matrixState.pushMatrix();
     zoom.updateCamera(_matrixState);
-    glUseProgram(_program);
-    _dome.enable(_positionLoc, _texCoordLoc);
+    _program.use(frame);
+    _program.setMatrix(_matrixState.computeMvp());
     glUniform1f(_xCoffLoc, zoom._coff.x);
-    glUniform1f(_yCoffLoc, zoom._coff.y);
     glUniform1f(_zCoffLoc, zoom._coff.z);
-    bindFrameTextures(texture, _matrixState.computeMvp());
-    _dome.draw(_positionLoc, _texCoordLoc);
-    _matrixState.popMatrix();
+    _dome.bind();
+    _dome.draw();
 }
 
 void WallOneView180Render::setAutoRotate(bool enable, float speed) {

@@ -14,7 +14,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onTouchUp(float x, float y) override;
@@ -25,16 +25,15 @@ public:
     void onFling(float velocityX, float velocityY) override;
 
 private:
-    void draw(Texture& texture);
+    void draw(const Frame& frame);
 
     // Gestures and settings.
     WallOneView180Motion _motion;
 
     // Fixed after `init`.
-    Dome _dome;
+    Mesh _dome;
     bool _ready = false;
     GLint _xCoffLoc = -1;
-    GLint _yCoffLoc = -1;
     GLint _zCoffLoc = -1;
 
     MatrixState _matrixState;

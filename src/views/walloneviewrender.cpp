@@ -5,9 +5,6 @@
 
 #include "views/walloneviewrender.h"
 
-#include <string>
-
-#include "render/program.h"
 #include "render/shaderpieces.h"
 #include "views/parts/lenspieces.h"
 
@@ -41,7 +38,6 @@ void main() {
 }
 )";
 
-constexpr float frad = 0.998f;  // radius of the lens circle as a part of the half texture
 constexpr float nearPlane = 1.0f;
 constexpr float farPlane = 30.0f;
 
@@ -51,7 +47,7 @@ WallOneViewRender::WallOneViewRender(DisplayConfig* config, float touchScale, Di
     : Render(config, touchScale, display) {}
 
 int WallOneViewRender::init() {
-    _dome = makeDome(onSphere);
+    _dome.load(makeDome(onSphere));
     const int created = createProgram();
     _ready = created == 0;
     glClearColor(0, 0, 0, 1);
@@ -60,44 +56,35 @@ int WallOneViewRender::init() {
 }
 
 int WallOneViewRender::createProgram() {
-    const std::string fragmentStage =
-        std::string("precision highp float;\n") + frameDeclarations + evenRadius + lensPoint + yuvSampling + mainStep;
-    _program = buildProgram(vertexStage, fragmentStage.c_str());
-    if (_program == 0) return -1;
-    fetchProgramLocations();
-    _fradLoc = glGetUniformLocation(_program, "frad");
-    _xCoffLoc = glGetUniformLocation(_program, "xCoff");
-    _zCoffLoc = glGetUniformLocation(_program, "zCoff");
-    return _fradLoc >= 0 && _xCoffLoc >= 0 && _zCoffLoc >= 0 ? 0 : -1;
+    if (_program.build(vertexStage, {evenRadius, lensPoint, mainStep}) != 0) return -1;
+    _xCoffLoc = _program.uniform("xCoff");
+    _zCoffLoc = _program.uniform("zCoff");
+    return 0;
 }
 
-int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, int, int, Texture& texture) {
+int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
     if (!_ready) return -1;
     SurfaceSize& size = _zoom._size;
     if (size.changeTo(surfaceWidth, surfaceHeight)) {
         setFrustumByAspect(_matrixState, size.aspect(), nearPlane, farPlane);
     }
     if (!size._sized) return -1;
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    draw(texture);
+    glClear(GL_COLOR_BUFFER_BIT);
+    draw(frame);
     return 0;
 }
 
-void WallOneViewRender::draw(Texture& texture) {
+void WallOneViewRender::draw(const Frame& frame) {
     _zoom.step();
-    _viewport = {0, 0, _zoom._size._lastWidth, _zoom._size._lastHeight};
-    glViewport(_viewport.x, _viewport.y, _viewport.width, _viewport.height);
+    setViewport({0, 0, _zoom._size._lastWidth, _zoom._size._lastHeight});
     matrixIdentity(_matrixState._modelMatrix);
-    _matrixState.pushMatrix();
     _zoom.updateCamera(_matrixState);
-    glUseProgram(_program);
-    _dome.enable(_positionLoc, _texCoordLoc);
-    bindFrameTextures(texture, _matrixState.computeMvp());
+    _program.use(frame);
+    _program.setMatrix(_matrixState.computeMvp());
     glUniform1f(_xCoffLoc, _zoom._coff.x);
     glUniform1f(_zCoffLoc, _zoom._coff.z);
-    glUniform1f(_fradLoc, frad);
-    _dome.draw(_positionLoc, _texCoordLoc);
-    _matrixState.popMatrix();
+    _dome.bind();
+    _dome.draw();
 }
 
 void WallOneViewRender::setAutoRotate(bool enable, float speed) {

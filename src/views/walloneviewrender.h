@@ -14,7 +14,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onPinch(float factor) override;
@@ -24,15 +24,14 @@ public:
     void onFling(float velocityX, float velocityY) override;
 
 private:
-    void draw(Texture& texture);
+    void draw(const Frame& frame);
 
     // Gestures and settings.
     WallZoom _zoom{wallOneZoom};
 
     // Fixed after `init`.
-    Dome _dome;
+    Mesh _dome;
     bool _ready = false;
-    GLint _fradLoc = -1;
     GLint _xCoffLoc = -1;
     GLint _zCoffLoc = -1;
 

@@ -19,7 +19,7 @@ struct WallThreeViewMotion {
     static void updatePanoramaCamera(MatrixState& matrices);
 
     SurfaceSize _size;
-    PaneRect _paneRects[3];
+    Viewport _paneRects[3];
     /// Half width of the frustum of the panes above, a whole number; 0, for a pane taller than wide, has no picture.
     float _aspect = 0.0f;
 

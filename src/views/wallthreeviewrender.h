@@ -10,34 +10,26 @@ namespace zet::ZETShow {
 class WallThreeViewRender final : public Render {
 public:
     WallThreeViewRender(DisplayConfig* config, float touchScale, Display* display);
-    ~WallThreeViewRender() override;
 
     int init() override;
     int createProgram() override;
     /// Always 0, also where there is nothing to draw.
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:
-    int createPanoramaProgram();
-    void drawPanes(Texture& texture);
-    void drawPane(int p, Texture& texture);
-    void drawDome(int p, Texture& texture);
-    void drawPanorama(Texture& texture);
+    void drawPanes(const Frame& frame);
+    /// Draws into a pane from now on: its matrices, with the model's the identity.
+    MatrixState& enterPane(int p);
+    void drawDome(int p);
+    void drawPanorama(const Frame& frame);
 
     WallThreeViewMotion _motion;
 
     // Fixed after `init`.
-    Dome _dome;
+    Mesh _dome;
     bool _ready = false;
-    GLint _fradLoc = -1;
-    GLint _fratioLoc = -1;
-    GLuint _panoramaProgram = 0;
-    GLint _panoramaMatrixLoc = -1;
-    GLint _panoramaPositionLoc = -1;
-    GLint _panoramaTexCoordLoc = -1;
-    GLint _panoramaYTextureLoc = -1;
-    GLint _panoramaUvTextureLoc = -1;
-    GLint _panoramaPlaneSizeLoc = -1;
+    FrameProgram _panoramaProgram;
+    Mesh _panorama;
 
     MatrixState _paneMatrices[3];
 };

@@ -15,7 +15,7 @@ public:
 
     int init() override;
     int createProgram() override;
-    int render(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight, Texture& texture) override;
+    int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
     int onTouchDown(float x, float y) override;
     int onDrag(float x1, float y1, float x2, float y2) override;
@@ -23,21 +23,18 @@ public:
 
 private:
     void layOut();
-    void drawPanes(Texture& texture);
-    void updatePaneCamera(int pane, MatrixState& matrices);
-    void drawPane(int pane, Texture& texture);
+    void drawPanes(const Frame& frame);
 
     // Gestures.
     WallTwoViewMotion _motion;
 
     // Fixed after `init`.
-    Dome _dome;
     bool _ready = false;
-    GLint _fradLoc = -1;
 
     // As of the last layout and the last frame.
     DetailArea _detailArea;
-    MatrixState _paneMatrices[2];
+    MatrixState _detailMatrices;
+    MatrixState _mapMatrices;
 };
 
 }  // namespace zet::ZETShow

@@ -14,7 +14,7 @@ plant() {
     [ $# -eq 0 ] || printf '#include %s\n' "$@" >>"$file"
 }
 
-for header in include/zet/zet.h src/common/busstore.h src/config/door.h src/display/display.h src/display/displaycommon.h \
+for header in include/zet/zet.h src/common/busstore.h src/config/door.h src/display/display.h \
     src/overlay/textfilter.h src/overlay/airectrender.h src/render/render.h src/render/matrix.h \
     src/views/onerender.h src/views/tworender.h src/views/halfspherescene.h src/views/parts/dome.h player/window.h; do
     plant "$header"

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <chrono>
-#include <limits>
 #include <thread>
 
 #include "render/render.h"
@@ -15,13 +15,8 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using ZETShow::CropParam;
 
 const Yuv red{110, 110, 190}, blue{90, 190, 110};
-constexpr int most = std::numeric_limits<int>::max(), least = std::numeric_limits<int>::min();
-
-// What was last cut out of a frame.
-CropParam cut;
 
 class DisplayGl : public DisplayTest {
 protected:
@@ -42,38 +37,6 @@ protected:
 
     const Frame redFrame{64, 64, red}, blueFrame{64, 64, blue};
 };
-
-TEST_F(DisplayGl, cutsTheLensRegion) {
-    const struct {
-        const char* name;
-        int width, height, lineSize, mode;
-        std::vector<int> region;
-        CropParam cut;
-    } cases[] = {
-        {"no region, not square", 160, 120, 160, 1, {}, {0, 0, 120, 120}},
-        {"no region, padding, not square", 200, 100, 256, 10, {}, {0, 0, 155, 100}},
-        {"whole", 1000, 1000, 1000, 1, {5000, 5000, 5000, 5000}, {}},
-        {"whole with padding", 1000, 1000, 1024, 1, {5000, 5000, 5000, 5000}, {0, 0, 975, 1000}},
-        {"half a pixel on the centre only", 1000, 1000, 1000, 1, {1236, 1236, 1236, 1236}, {1, 1, 246, 246}},
-        {"over the left edge", 1000, 1000, 1000, 1, {2000, 5000, 3000, 4000}, {0, 100, 600, 600}},
-        {"over the top edge, not square", 1000, 1000, 1000, 10, {5000, 2000, 4000, 3000}, {100, 0, 800, 600}},
-        {"no radius", 1000, 1000, 1000, 1, {5000, 2500, 0, 0}, {500, 250, 1000, 1000}},
-        // 2^31 / 10000 as a float is 214748.359375; floats beyond 2^27 are 16 apart.
-        {"huge", 1000, 1000, 1000, 1, {most, most, most, most}, {0, 0, 429496704, 429496704}},
-        {"huge and negative", 1000, 1000, 1000, 1, {least, least, least, least}, {0, 0, -429496704, -429496704}},
-    };
-    start(64, 64);
-    for (const auto& one : cases) {
-        setMode(one.mode);
-        shown(redFrame);  // needs no cut
-        cut = {};
-        Frame frame(
-            one.width, one.height, [](int, int) { return red; }, one.lineSize);
-        if (!one.region.empty()) frame.record.lensRegion = one.region.data();
-        shown(frame);
-        EXPECT_EQ(cut, one.cut) << one.name << ": " << cut.x << ' ' << cut.y << ' ' << cut.width << ' ' << cut.height;
-    }
-}
 
 TEST_F(DisplayGl, refusesFramesThatCantBeReadWhole) {
     static constexpr int absurd = 1 << 30, kind = AI_KIND_FACES;
@@ -204,14 +167,20 @@ TEST_F(DisplayGl, outlivesItsWindow) {
 }
 
 TEST_F(DisplayGl, changesTheView) {
-    const Frame wide(96, 64, red);
+    const Frame wide(96, 48, [this](int x, int) { return x < 48 ? red : blue; });
+    const auto showsBlue = [](const Picture& picture) {
+        return std::any_of(picture.pixels.begin(), picture.pixels.end(),
+                           [](const Color& color) { return color.b > color.r + 20; });
+    };
     setMode(3);
     start(64, 64);
-    cut = {};
-    shown(wide);
-    EXPECT_EQ(cut, (CropParam{0, 0, 64, 64})) << "a mode that was set before the display dewarps";
+    EXPECT_FALSE(showsBlue(shown(wide))) << "a mode that was set before the display takes the left square";
+    setMode(10);
+    EXPECT_TRUE(showsBlue(shown())) << "the frame outlives the view, and this one shows the whole of it";
+    setMode(9);
+    EXPECT_FALSE(showsBlue(shown()));
     setMode(0);
-    EXPECT_TRUE(near(shown().at(32, 32), toColor(red), 1)) << "the frame outlives the view";
+    EXPECT_TRUE(showsBlue(shown()));
     bus.setConfig(DCFG_PINCH, 2.0f);
     EXPECT_NEAR(scale(), 1.055, 1e-6);
     setMode(0);
@@ -224,6 +193,35 @@ TEST_F(DisplayGl, changesTheView) {
         setWindow();
         expectShown(shown(blueFrame), blue, "a window does");
     }
+}
+
+TEST_F(DisplayGl, showsColorsAsTheyAreCoded) {
+    // Red as BT.709 in limited range has it: Y 219 * 0.2126 + 16, U 128 - 224 * 0.2126 / 1.8556, V 128 + 112.
+    const Yuv codedRed{63, 102, 240};
+    const Color pure{255, 0, 0};
+    start(64, 64);
+    const CallLog log;
+    const auto expectRed = [&](const FrameColor& color, bool isRed, const char* when) {
+        bus.setConfig(DCFG_FRAME_COLOR, &color);
+        for (const int mode : {0, 3}) {
+            setMode(mode);
+            const Color seen = shown().at(20, 20);
+            EXPECT_EQ(near(seen, pure, 2), isRed) << when << ", mode " << mode << seen;
+            std::vector<std::uint8_t> bytes(64 * 64 * 4);
+            SnapData snap{1, bytes.data(), 64 * 64 * 4};
+            bus.setConfig(DCFG_SNAP, &snap);
+            EXPECT_EQ(near({1.0 * bytes[0], 1.0 * bytes[1], 1.0 * bytes[2]}, pure, 2), isRed) << when << ", snapshot";
+        }
+    };
+    shown(Frame(64, 64, codedRed));
+    expectRed({COLOR_MATRIX_UNSPECIFIED, 0}, false, "the module's own");
+    expectRed({COLOR_MATRIX_BT709, 0}, true, "without a new frame");
+    expectRed({77, 0}, true, "refused");
+    EXPECT_EQ(log.count("refused matrix: 77"), 1);
+    setWindow();
+    shown(Frame(64, 64, codedRed));
+    expectRed({COLOR_MATRIX_BT709, 0}, true, "in another window");
+    expectRed({COLOR_MATRIX_UNSPECIFIED, 1}, false, "back");
 }
 
 TEST_F(DisplayGl, replacesTheViewFromInsideItsDraw) {
@@ -285,13 +283,3 @@ TEST_F(DisplayGl, endsInOrder) {
 
 }  // namespace
 }  // namespace zet::test
-
-// The linker sends zet::ZETShow::Render::cropTexture here: -Wl,--wrap=NAME.
-#define CROP_TEXTURE(prefix) prefix##_ZN3zet7ZETShow6Render11cropTextureERNS0_7TextureEiiPKNS0_9CropParamE
-extern "C" int CROP_TEXTURE(__real_)(zet::ZETShow::Render*, zet::ZETShow::Texture&, int, int,
-                                     const zet::ZETShow::CropParam*);
-extern "C" int CROP_TEXTURE(__wrap_)(zet::ZETShow::Render* view, zet::ZETShow::Texture& texture, int width, int height,
-                                     const zet::ZETShow::CropParam* crop) {
-    zet::test::cut = *crop;
-    return CROP_TEXTURE(__real_)(view, texture, width, height, crop);
-}

@@ -22,7 +22,7 @@ public:
     using Render::Render;
     int init() override { return 0; }
     int createProgram() override { return 0; }
-    int render(int, int, int, int, ZETShow::Texture&) override { return 0; }
+    int render(int, int, const ZETShow::Frame&) override { return 0; }
     int onTouchUp(float x, float y) override { return note("up", {x, y}); }
     int onPinch(float factor) override { return note("pinch", {factor}); }
     int onDoubleTap(float x, float y) override { return note("double tap", {x, y}); }

@@ -82,17 +82,18 @@ struct PanesGl : DisplayTest {
         return requests;
     }
 
-    /// Draws, and finds nothing enabled that the next view could stumble over, and no error. `depthTest` is how the
-    /// view has to leave that.
+    /// Draws, and finds nothing enabled that the next view could stumble over, such as an attribute that is read from
+    /// the memory of this one, and no error. `depthTest` is how the view has to leave that.
     void expectNothingLeftOn(bool depthTest = false) {
         leftOn = 0;
         const SwapHook hook([this, depthTest] {
             GLint attributes = 0;
             glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
             for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
-                GLint enabled = 0;
+                GLint enabled = 0, buffer = 0;
                 glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
-                leftOn += enabled;
+                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
+                leftOn += enabled && buffer == 0;
             }
             leftOn += (glIsEnabled(GL_DEPTH_TEST) != depthTest) + glIsEnabled(GL_BLEND);
             leftOn += glGetError() != GL_NO_ERROR;

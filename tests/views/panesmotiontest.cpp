@@ -38,8 +38,8 @@ std::string panesOn(int width, int height) {
     three._size.changeTo(width, height);
     three.layoutPanes();
     std::ostringstream out;
-    for (const PaneRect& rect : {two._paneRects[DetailArea::mapPane], two._paneRects[DetailArea::detailPane],
-                                 three._paneRects[0], three._paneRects[2], three._paneRects[1]}) {
+    for (const Viewport& rect :
+         {two.mapPane(), two.detailPane(), three._paneRects[0], three._paneRects[2], three._paneRects[1]}) {
         out << rect.x << ' ' << rect.y << ' ' << rect.width << ' ' << rect.height << ", ";
     }
     out << three._aspect;

@@ -2,16 +2,9 @@
 
 #include "config/relaxed.h"
 #include "render/matrix.h"
+#include "render/viewport.h"
 
 namespace zet::ZETShow {
-
-/// A part of the surface, GL pixels, y growing upward.
-struct PaneRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-};
 
 /// The surface size for which a view stands laid out.
 struct SurfaceSize {

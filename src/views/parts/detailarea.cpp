@@ -1,10 +1,16 @@
 #include "views/parts/detailarea.h"
 
-#include <algorithm>
+#include "render/shaderpieces.h"
+#include "views/parts/dome.h"
+#include "views/parts/lenspieces.h"
 
 namespace zet::ZETShow {
 
-const char* const detailVertexStage = R"(
+namespace {
+
+// Reads a_position, a_texCoord, u_mapMatrix and u_mapMatrixRect, the detail's combined matrix; leaves v_texCoord and
+// the place that the detail's camera sees the vertex at.
+const char* const mapVertexStage = R"(
 attribute vec4 a_position;
 attribute vec2 a_texCoord;
 uniform mat4 u_mapMatrix;
@@ -18,31 +24,37 @@ void main() {
 }
 )";
 
-// What lies behind the detail's camera has a negative w: divided by its size, such a point stays in front of the near
-// plane and out of the light.
-const char* const detailLight = R"(
-uniform float mode;
-uniform float viewportX;
-uniform float viewportY;
-uniform float viewportWidth;
-uniform float viewportHeight;
-uniform float projectNear;
-uniform float projectFar;
-varying vec4 vPositionRect;
-bool within(float value, float start, float length) {
-    return value >= start && value <= start + length;
-}
-vec4 lightUp(vec3 rgb) {
-    if (mode != 1.0) return vec4(rgb, 1.0);
-    vec3 pos = vPositionRect.xyz / abs(vPositionRect.w);
-    float x = viewportWidth / 2.0 * pos.x + viewportX + viewportWidth / 2.0;
-    float y = viewportHeight / 2.0 * pos.y + viewportY + viewportHeight / 2.0;
-    float z = (projectFar - projectNear) * pos.z / 2.0 + (projectFar + projectNear) / 2.0;
-    bool shown = within(x, viewportX, viewportWidth) && within(y, viewportY, viewportHeight) &&
-                 z >= projectNear && z <= projectFar;
-    return vec4(rgb, 1.0) + (shown ? vec4(0.3, 0.3, 0.3, 1.0) : vec4(0.0));
+const char* const domeColor = R"(
+vec4 domeColor() {
+    return samplePicture(lensPointOpposite(evenRadius(v_texCoord.t), v_texCoord.s));
 }
 )";
+
+const char* const plainMain = R"(
+void main() {
+    gl_FragColor = domeColor();
+}
+)";
+
+// Lit is what lies within the detail's clip volume. What lies behind its camera has a negative w: against the size of
+// w, such a point is in front of the near plane and out of the light.
+const char* const litMain = R"(
+varying vec4 vPositionRect;
+void main() {
+    bool shown = all(lessThanEqual(abs(vPositionRect.xyz), vec3(abs(vPositionRect.w))));
+    gl_FragColor = clamp(domeColor(), 0.0, 1.0) + (shown ? vec4(0.3, 0.3, 0.3, 0.0) : vec4(0.0));
+}
+)";
+
+}  // namespace
+
+int DetailArea::init(FrameProgram& plain) {
+    _dome.load(makeDome(onSphere));
+    if (plain.build(frameVertexStage, {evenRadius, lensPointOpposite, domeColor, plainMain}) != 0) return -1;
+    if (_mapProgram.build(mapVertexStage, {evenRadius, lensPointOpposite, domeColor, litMain}) != 0) return -1;
+    _detailMatrixLoc = _mapProgram.uniform("u_mapMatrixRect");
+    return 0;
+}
 
 void DetailArea::layoutPanes(int width, int height) {
     const bool heightDecides = width / 2 > height;
@@ -50,35 +62,23 @@ void DetailArea::layoutPanes(int width, int height) {
     const int side = heightDecides ? height - 2 * margin : (width - 2 * margin) / 2;
     const int x = heightDecides ? (width - 2 * side) / 2 : margin;
     const int y = heightDecides ? margin : (height - side) / 2;
-    _paneRects[detailPane] = {x + side, y, side, side};
-    _paneRects[mapPane] = {x, y, side, side};
+    _detailPane = {x + side, y, side, side};
+    _mapPane = {x, y, side, side};
 }
 
-void DetailArea::setDetailMatrix(const float* mvp) {
-    std::copy_n(mvp, 16, _rectMatrix);
+void DetailArea::drawDetail(const FrameProgram& plain, const Frame& frame, const float* detailMatrix) const {
+    plain.use(frame);
+    plain.setMatrix(detailMatrix);
+    _dome.bind();
+    _dome.draw();
 }
 
-void DetailArea::fetchLocations(GLuint program) {
-    _mapMatrixRectLoc = glGetUniformLocation(program, "u_mapMatrixRect");
-    _modeLoc = glGetUniformLocation(program, "mode");
-    _viewportXLoc = glGetUniformLocation(program, "viewportX");
-    _viewportYLoc = glGetUniformLocation(program, "viewportY");
-    _viewportWidthLoc = glGetUniformLocation(program, "viewportWidth");
-    _viewportHeightLoc = glGetUniformLocation(program, "viewportHeight");
-    _projectNearLoc = glGetUniformLocation(program, "projectNear");
-    _projectFarLoc = glGetUniformLocation(program, "projectFar");
-}
-
-void DetailArea::send(int pane, float near, float far) const {
-    const PaneRect& detail = _paneRects[detailPane];
-    glUniformMatrix4fv(_mapMatrixRectLoc, 1, GL_FALSE, _rectMatrix);
-    glUniform1f(_modeLoc, static_cast<float>(pane));
-    glUniform1f(_viewportXLoc, static_cast<float>(detail.x));
-    glUniform1f(_viewportYLoc, static_cast<float>(detail.y));
-    glUniform1f(_viewportWidthLoc, static_cast<float>(detail.width));
-    glUniform1f(_viewportHeightLoc, static_cast<float>(detail.height));
-    glUniform1f(_projectNearLoc, near);
-    glUniform1f(_projectFarLoc, far);
+void DetailArea::drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix) const {
+    _mapProgram.use(frame);
+    _mapProgram.setMatrix(mapMatrix);
+    glUniformMatrix4fv(_detailMatrixLoc, 1, GL_FALSE, detailMatrix);
+    _dome.bind();
+    _dome.draw();
 }
 
 }  // namespace zet::ZETShow

@@ -1,47 +1,34 @@
 #pragma once
 
-#include <GLES2/gl2.h>
-
-#include "views/parts/camera.h"
+#include "render/mesh.h"
+#include "render/program.h"
+#include "render/viewport.h"
 
 namespace zet::ZETShow {
 
-// Two square panes side by side: on the left, pane 1, the whole dome as on a map, and on the right, pane 0, a detail of
-// it. What the detail shows is lit up on the map: each of its pixels is sent through the detail's camera.
-
-/// Reads a_position, a_texCoord, u_mapMatrix and u_mapMatrixRect, the detail's combined matrix; leaves v_texCoord and
-/// vPositionRect.
-extern const char* const detailVertexStage;
-
-/// `vec4 lightUp(vec3 rgb)`: the pixel, brightened where `mode` is 1.0 and the detail shows its place. Reads
-/// vPositionRect and the uniforms of `DetailArea`.
-extern const char* const detailLight;
-
-/// The two panes, and the uniforms of the light.
-struct DetailArea {
-    static constexpr int detailPane = 0;
-    static constexpr int mapPane = 1;
-
-    /// Two squares in the middle of the surface, as large as a narrow margin allows. Render thread.
+/// Two square panes side by side: on the left the whole dome as on a map, and on the right a detail of it. What the
+/// detail shows is lit up on the map: each pixel there is sent through the detail's camera too. Render thread.
+class DetailArea {
+public:
+    /// Makes the dome, builds the map's program and, into `plain`, the detail's. 0, or -1 if one doesn't build.
+    int init(FrameProgram& plain);
+    /// Two squares in the middle of the surface, as large as a narrow margin allows.
     void layoutPanes(int width, int height);
-    /// Keeps the matrix through which the detail was seen. Render thread.
-    void setDetailMatrix(const float* mvp);
-    /// A program built with the pieces above; where one lacks a name, only the light is lost. Render thread.
-    void fetchLocations(GLuint program);
-    /// For drawing `pane` with the program in use; `near` and `far` are the detail's planes. Render thread.
-    void send(int pane, float near, float far) const;
 
-    PaneRect _paneRects[2];
-    float _rectMatrix[16] = {};
+    /// Draws the dome into the viewport in force, for the detail's combined matrix.
+    void drawDetail(const FrameProgram& plain, const Frame& frame, const float* detailMatrix) const;
+    /// The same for the map's, lit up where the detail's looks.
+    void drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix) const;
 
-    GLint _mapMatrixRectLoc = -1;
-    GLint _modeLoc = -1;
-    GLint _viewportXLoc = -1;
-    GLint _viewportYLoc = -1;
-    GLint _viewportWidthLoc = -1;
-    GLint _viewportHeightLoc = -1;
-    GLint _projectNearLoc = -1;
-    GLint _projectFarLoc = -1;
+    const Viewport& detailPane() const { return _detailPane; }
+    const Viewport& mapPane() const { return _mapPane; }
+
+private:
+    Viewport _detailPane;
+    Viewport _mapPane;
+    Mesh _dome;
+    FrameProgram _mapProgram;
+    GLint _detailMatrixLoc = -1;
 };
 
 }  // namespace zet::ZETShow

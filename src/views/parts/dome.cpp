@@ -1,6 +1,5 @@
 #include "views/parts/dome.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace zet::ZETShow {
@@ -14,37 +13,35 @@ constexpr int cellsBelow(float span) {
     return static_cast<int>(span / Dome::_angleStep) + 1;
 }
 
-constexpr std::size_t columns = cellsBelow(2 * Dome::_angleSpan);
-constexpr std::size_t rows = cellsBelow(Dome::_angleSpan / 2);
+constexpr int columns = cellsBelow(2 * Dome::_angleSpan);
+constexpr int rows = cellsBelow(Dome::_angleSpan / 2);
+constexpr int vertexRows = rows + 1;  // in a column of vertices
 
 }  // namespace
 
-Dome makeDome(const DomeRule& rule) {
-    constexpr double step = Dome::_angleStep;
-    Dome dome;
-    dome._vertices.reserve(columns * rows * 6 * 3);
-    dome._texCoords.reserve(columns * rows * 6 * 2);
-    const auto append = [&dome, &rule](double a, double b) {
-        const DomePoint point = rule(a, b);
-        dome._vertices.insert(dome._vertices.end(), std::begin(point.position), std::end(point.position));
-        dome._texCoords.insert(dome._texCoords.end(), std::begin(point.texCoord), std::end(point.texCoord));
-    };
-    // The angles are sums of steps, in double: the vertices of neighbouring cells fall on each other exactly.
-    for (double a = 0.0; a < 2.0 * Dome::_angleSpan; a += step) {
-        for (double b = 0.0; b < 0.5 * Dome::_angleSpan; b += step) {
-            append(a, b);
-            append(a + step, b);
-            append(a, b + step);
-            append(a, b + step);
-            append(a + step, b);
-            append(a + step, b + step);
+MeshArrays makeDome(const DomeRule& rule) {
+    MeshArrays dome;
+    dome.vertices.reserve((columns + 1) * vertexRows);
+    // The angles are sums of steps, in double.
+    double a = 0.0;
+    for (int column = 0; column <= columns; ++column, a += Dome::_angleStep) {
+        double b = 0.0;
+        for (int row = 0; row <= rows; ++row, b += Dome::_angleStep) dome.vertices.push_back(rule(a, b));
+    }
+    dome.indices.reserve(columns * rows * 6);
+    for (int column = 0; column < columns; ++column) {
+        for (int row = 0; row < rows; ++row) {
+            const int here = column * vertexRows + row;
+            const int beside = here + vertexRows;
+            for (const int corner : {here, beside, here + 1, here + 1, beside, beside + 1}) {
+                dome.indices.push_back(static_cast<GLushort>(corner));
+            }
         }
     }
-    dome._vertexCount = static_cast<int>(dome._vertices.size() / 3);
     return dome;
 }
 
-DomePoint onSphere(double a, double b) {
+MeshVertex onSphere(double a, double b) {
     const auto x = static_cast<float>(std::sin(a) * std::cos(b));
     const auto y = static_cast<float>(std::cos(a) * std::cos(b));
     const auto z = static_cast<float>(std::sin(b));
@@ -52,25 +49,10 @@ DomePoint onSphere(double a, double b) {
             {static_cast<float>(a), static_cast<float>(b)}};
 }
 
-DomePoint onFlattenedSphere(double a, double b) {
-    DomePoint point = onSphere(a, b);
+MeshVertex onFlattenedSphere(double a, double b) {
+    MeshVertex point = onSphere(a, b);
     point.position[2] *= flattening;
     return point;
-}
-
-void Dome::enable(GLint positionLoc, GLint texCoordLoc) const {
-    const auto position = static_cast<GLuint>(positionLoc);
-    const auto texCoord = static_cast<GLuint>(texCoordLoc);
-    glEnableVertexAttribArray(position);
-    glVertexAttribPointer(position, 3, GL_FLOAT, GL_FALSE, 0, _vertices.data());
-    glEnableVertexAttribArray(texCoord);
-    glVertexAttribPointer(texCoord, 2, GL_FLOAT, GL_FALSE, 0, _texCoords.data());
-}
-
-void Dome::draw(GLint positionLoc, GLint texCoordLoc) const {
-    glDrawArrays(GL_TRIANGLES, 0, _vertexCount);
-    glDisableVertexAttribArray(static_cast<GLuint>(texCoordLoc));
-    glDisableVertexAttribArray(static_cast<GLuint>(positionLoc));
 }
 
 }  // namespace zet::ZETShow

@@ -3,9 +3,9 @@
 namespace zet::ZETShow {
 
 const char* const evenRadius = R"(
-uniform float frad;
+const float lensRadius = 0.998;
 float evenRadius(float t) {
-    return frad * (1.0 - t / 1.570795);
+    return lensRadius * (1.0 - t / 1.570795);
 }
 )";
 
