@@ -1,3 +1,7 @@
+#include <fcntl.h>
+
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 
 #include "gallery.h"
@@ -14,6 +18,15 @@
 namespace zetplay {
 
 namespace {
+
+/// A standard descriptor that is closed would go to the next file or socket, and the log into that. Opened the wrong
+/// way round, it fails each use, as a closed one does.
+void holdStandardDescriptors() {
+    for (const int descriptor : {0, 1, 2}) {
+        // The lowest number that is free is the one that `open` takes.
+        if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == 0 ? O_WRONLY : O_RDONLY);
+    }
+}
 
 void logToStandardError(zet::LogLevel, const char* line) {
     // One call a line, since several threads log.
@@ -36,8 +49,10 @@ void play(Session& session, const Script* script) {
 void finish(Session& session, const Stats& stats) {
     if (session.recording) session.recording->finish();
     if (!session.options.shot.empty()) writePng(session.options.shot, session.window->grab());
+    errno = 0;
     if (session.options.stats)
         std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet()) << std::endl;
+    if (!std::cout) throw Failure(std::string("standard output: ") + std::strerror(errno ? errno : EIO));
 }
 
 int run(const Options& options) {
@@ -64,6 +79,7 @@ int run(const Options& options) {
 }  // namespace zetplay
 
 int main(int argc, char** argv) {
+    zetplay::holdStandardDescriptors();
     try {
         const auto options = zetplay::parseOptions(argc, argv);
         return options ? zetplay::run(*options) : 0;

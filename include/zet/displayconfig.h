@@ -1,5 +1,6 @@
 #pragma once
 
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -7,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <vector>
 
@@ -32,7 +34,13 @@ struct SizeHelp {
 ///
 /// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
 /// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
-/// returns when the last has returned; sets of one identifier wait for each other, sets of different ones do not.
+/// returns when the last has returned; sets of one identifier wait for each other, sets of different ones do not. A
+/// registration is called by one thread at a time, and never with an older value after a newer one; only a replay that
+/// sets or reads its own identifier lets others in meanwhile.
+///
+/// What an observer throws reaches the setter: the value is set, the observers behind are not called. In a replay it
+/// reaches the caller of `registObserver`, and the registration has ended. Observers of what the module sets are called
+/// on its render thread and must not throw.
 ///
 /// Code that runs on a display's render thread, such as an observer of what the module sets, neither sets nor reads
 /// anything on the bus: another thread may be inside that identifier's set and wait there for the render thread, and
@@ -89,7 +97,8 @@ public:
     /// or an empty callback. `flag` holds the `DisplayConfigFlag` bits to be called for, `userData` is handed through.
     ///
     /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
-    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in.
+    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in; a
+    /// set on another thread that comes to this observer waits until the replay has returned.
     void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
     /// Ends a registration and clears `handle`: 0, or -1 for a handle that is not in force. Once it has returned no
     /// call begins; a call that another thread has begun may still be finishing. Never waits for such a call.
@@ -136,9 +145,10 @@ private:
         std::list<std::shared_ptr<DisplayConfigUserData>> observers;  // empty entries: ended during a delivery
 
         std::mutex leaf;             // guards the value and the list against threads outside a delivery
-        unsigned version = 0;        // counts the sets; 0 for no value yet
+        bool isSet = false;          // there is a value
         int deliveries = 0;          // nested walks over `observers`
         std::vector<char*> retired;  // blocks that fell out during a nested set, freed when the outermost ends
+        std::condition_variable replayed;
     };
 
     static long address(const void* data) { return reinterpret_cast<long>(data); }
@@ -147,7 +157,9 @@ private:
     int setConfigData(std::int64_t id, void* data, int size);
     int setConfigHelp(long* datas, int count, int* sizes, std::int64_t id);
     void doEvent(DisplayConfigData& slot, unsigned event);
-    void replay(DisplayConfigData& slot, const DisplayConfigUserData& registration);
+    static std::unique_lock<std::recursive_mutex> enter(DisplayConfigData& slot);
+    static void copyValue(const DisplayConfigData& from, DisplayConfigData& to);
+    void replay(DisplayConfigData& stored, DisplayConfigData& slot, DisplayConfigUserData& registration);
 
     DisplayConfigData _slots[givenSlots + ownSlots];
 };
@@ -191,6 +203,7 @@ private:
     DisplayConfig::DisplayConfigData* _slot = nullptr;
     void* _reserved = nullptr;
     DisplayConfig::Callback _callback;
+    std::thread::id _replayer;  // the thread that the stored value is being replayed on
 };
 
 }  // namespace zet

@@ -38,8 +38,8 @@ public:
 
     // What the player says.
 
-    /// A font file that FreeType can open, for labels and timestamps; empty for none. Read at each snapshot with a
-    /// timestamp, and once by each flat view, at its first faces.
+    /// A regular file with a font that FreeType knows, for labels and timestamps; empty for none. Read at each snapshot
+    /// with a timestamp, and once by each flat view, at its first faces.
     void setFontPath(const std::string& path);
     /// Base time of the timestamp in a snapshot, milliseconds since 1970-01-01 UTC; 0 for no timestamp.
     void setStartTime4WaterMarker(std::int64_t milliseconds);

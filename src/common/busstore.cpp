@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <thread>
 #include <utility>
 
 #include "zet/displayconfig.h"
@@ -19,6 +20,18 @@ void* newHandle() {
 
 }  // namespace
 
+void DisplayConfig::copyValue(const DisplayConfigData& from, DisplayConfigData& to) {
+    to.data = from.data;
+    if (from.size != 0) {
+        to.data = new char[static_cast<std::size_t>(from.size)];
+        std::memcpy(to.data, from.data, static_cast<std::size_t>(from.size));
+        to.size = from.size;
+    }
+    to.configId = from.configId;
+    to.state = DCFG_FLAG_REPLAY;
+    to.isSet = true;
+}
+
 DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
     constexpr std::int64_t given = displayConfigId(0x90000000);
     constexpr std::int64_t own = displayConfigId(0x90000101);
@@ -27,13 +40,28 @@ DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
     return nullptr;
 }
 
+std::unique_lock<std::recursive_mutex> DisplayConfig::enter(DisplayConfigData& slot) {
+    std::unique_lock delivery(slot.mutex, std::try_to_lock);
+    if (delivery) return delivery;
+    {
+        // Whoever is inside may be waiting for a replay that has brought this thread here: its turn ends now.
+        const std::lock_guard leaf(slot.leaf);
+        for (const auto& entry : slot.observers) {
+            if (entry && entry->_replayer == std::this_thread::get_id()) entry->_replayer = {};
+        }
+        slot.replayed.notify_all();
+    }
+    delivery.lock();
+    return delivery;
+}
+
 int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
     DisplayConfigData* const slot = findSlot(id);
     if (!slot) {
         if (size != 0) delete[] static_cast<char*>(data);
         return -1;
     }
-    const std::lock_guard delivery(slot->mutex);
+    const auto delivery = enter(*slot);
     char* fallen = nullptr;
     {
         const std::lock_guard leaf(slot->leaf);
@@ -48,8 +76,7 @@ int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
         slot->lastSize = slot->size;
         slot->data = data;
         slot->size = size;
-        ++slot->version;
-        if (slot->version == 0) slot->version = 1;
+        slot->isSet = true;
     }
     delete[] fallen;
     doEvent(*slot, DCFG_FLAG_VALUE | DCFG_FLAG_EVENT);
@@ -59,7 +86,7 @@ int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
 int DisplayConfig::readConfig(std::int64_t id, float& value) {
     DisplayConfigData* const slot = findSlot(id);
     if (!slot) return -1;
-    const std::lock_guard delivery(slot->mutex);
+    const auto delivery = enter(*slot);
     slot->answered = 0;
     doEvent(*slot, DCFG_FLAG_READ);
     if (!slot->answered) return -1;
@@ -78,12 +105,17 @@ void* DisplayConfig::registObserver(std::int64_t id, const Callback& callback, v
     registration->_unRegistHandle = newHandle();
     registration->_slot = slot;
     registration->_callback = callback;
+    DisplayConfigData stored;
     {
         const std::lock_guard leaf(slot->leaf);
         if (slot->configId == 0) slot->configId = id;  // once: deliveries read it without the lock
+        if (flag & DCFG_FLAG_REPLAY && slot->isSet) {
+            copyValue(*slot, stored);
+            registration->_replayer = std::this_thread::get_id();
+        }
         slot->observers.push_back(registration);
     }
-    if (flag & DCFG_FLAG_REPLAY) replay(*slot, *registration);
+    if (stored.isSet) replay(stored, *slot, *registration);
     return registration->_unRegistHandle;
 }
 
@@ -104,27 +136,26 @@ int DisplayConfig::unRegistObserver(void*& handle) {
     return -1;
 }
 
-void DisplayConfig::replay(DisplayConfigData& slot, const DisplayConfigUserData& registration) {
+void DisplayConfig::replay(DisplayConfigData& stored, DisplayConfigData& slot, DisplayConfigUserData& registration) {
     // The delivery lock is not taken: a setter that waits for this very thread may be holding it. The value is
-    // delivered from a slot of its own instead, and once more if a set has overtaken it, so that the newest comes last.
-    for (unsigned delivered = 0;;) {
-        DisplayConfigData copy;
-        {
+    // delivered from a slot of its own instead. Whoever sets a newer one waits before this observer, and calls it next.
+    struct Turn {
+        ~Turn() {
             const std::lock_guard leaf(slot.leaf);
-            if (slot.version == delivered) return;
-            delivered = slot.version;
-            copy.configId = slot.configId;
-            copy.data = slot.data;
-            if (slot.size != 0) {
-                copy.data = new char[static_cast<std::size_t>(slot.size)];
-                std::memcpy(copy.data, slot.data, static_cast<std::size_t>(slot.size));
-                copy.size = slot.size;
-            }
+            registration._replayer = {};
+            slot.replayed.notify_all();
         }
-        copy.state = DCFG_FLAG_REPLAY;
-        DisplayConfigUserData seen = registration;
-        seen._slot = &copy;
+        DisplayConfigData& slot;
+        DisplayConfigUserData& registration;
+    } const turn{slot, registration};
+    DisplayConfigUserData seen = registration;
+    seen._slot = &stored;
+    try {
         seen._callback(*this, seen);
+    } catch (...) {
+        void* handle = registration._unRegistHandle;  // which the caller won't get
+        unRegistObserver(handle);
+        throw;
     }
 }
 

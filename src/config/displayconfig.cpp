@@ -3,6 +3,8 @@
 #include <bit>
 #include <climits>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 namespace zet {
 
@@ -112,28 +114,41 @@ int DisplayConfig::getSize(const std::string& text) {
 }
 
 void DisplayConfig::doEvent(DisplayConfigData& slot, unsigned event) {
-    const int outerState = slot.state;
-    slot.state = static_cast<int>(event);
-    std::unique_lock leaf(slot.leaf);
-    ++slot.deliveries;
-    for (auto next = slot.observers.begin(); next != slot.observers.end(); ++next) {
+    // Ends also where an observer throws: then it is the setter that hears of it.
+    struct Walk {
+        Walk(DisplayConfigData& walked, unsigned word) : slot(walked), leaf(walked.leaf), outerState(walked.state) {
+            slot.state = static_cast<int>(word);
+            ++slot.deliveries;
+        }
+        ~Walk() {
+            if (!leaf.owns_lock()) leaf.lock();
+            if (--slot.deliveries > 0) {
+                slot.state = outerState;
+                return;
+            }
+            slot.observers.remove(nullptr);
+            const auto retired = std::exchange(slot.retired, {});
+            leaf.unlock();
+            for (const char* block : retired) delete[] block;
+        }
+        DisplayConfigData& slot;
+        std::unique_lock<std::mutex> leaf;
+        const int outerState;
+    } walk(slot, event);
+    for (const auto& entry : slot.observers) {
         // Shared for the length of the call: another thread may end the registration meanwhile.
-        auto registration = *next;
+        const auto registration = entry;
         if (!registration || (registration->_flag & event) == 0) continue;
-        leaf.unlock();
+        // An older value that another thread is replaying comes first, and one at a time.
+        slot.replayed.wait(walk.leaf, [&] {
+            const auto replayer = registration->_replayer;
+            return replayer == std::thread::id() || replayer == std::this_thread::get_id();
+        });
+        if (!entry) continue;
+        walk.leaf.unlock();
         registration->_callback(*this, *registration);
-        registration.reset();
-        leaf.lock();
+        walk.leaf.lock();
     }
-    if (--slot.deliveries > 0) {
-        slot.state = outerState;
-        return;
-    }
-    slot.observers.remove(nullptr);
-    const auto retired = std::move(slot.retired);
-    slot.retired.clear();
-    leaf.unlock();
-    for (const char* block : retired) delete[] block;
 }
 
 std::int64_t DisplayConfigUserData::getConfigId() const {

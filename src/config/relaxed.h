@@ -4,8 +4,11 @@
 
 namespace zet {
 
-/// A number that gestures write on the setter's thread while the render thread reads it: each load and each store is
-/// whole, nothing is ordered and nothing waits. A compound assignment is a load and a store, not one step.
+/// A number that gestures write on the setter's thread while the render thread steps it: each load and each store is
+/// whole, nothing is ordered and nothing waits.
+///
+/// What follows from the number itself is stored by `update` or a compound assignment, never by an assignment: what
+/// another thread has stored since the load would be lost, also where the stored number is the loaded one.
 template <typename T>
 class Relaxed {
 public:
@@ -18,8 +21,24 @@ public:
         _value.store(value, std::memory_order_relaxed);
         return *this;
     }
-    Relaxed& operator+=(T step) { return *this = static_cast<T>(*this) + step; }
-    Relaxed& operator-=(T step) { return *this = static_cast<T>(*this) - step; }
+    /// Replaces the number by what `change` makes of it, in one step, and returns that. `change` is called again with
+    /// the newer number if another thread has stored one meanwhile.
+    template <typename Change>
+    T update(Change change) {
+        T seen = *this;
+        for (;;) {
+            const T changed = change(seen);
+            if (_value.compare_exchange_weak(seen, changed, std::memory_order_relaxed)) return changed;
+        }
+    }
+    Relaxed& operator+=(T step) {
+        update([step](T value) { return value + step; });
+        return *this;
+    }
+    Relaxed& operator-=(T step) {
+        update([step](T value) { return value - step; });
+        return *this;
+    }
 
 private:
     std::atomic<T> _value;

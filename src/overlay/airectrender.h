@@ -63,6 +63,7 @@ private:
 
     // The font, rendered once.
     FT_Library _library = nullptr;
+    std::vector<std::uint8_t> _fontFile;
     FT_Face _face = nullptr;
     FT_BitmapGlyph _glyphs[glyphCount] = {};  // by character code - 33
     int _textHeight = 0;                      // pixels

@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "overlay/airectrender.h"
+#include "overlay/bmpfile.h"
 #include "render/frame.h"
 #include "render/mesh.h"
 #include "render/program.h"
+#include "zet/zetlog.h"
 
 namespace zet::ZETShow {
 
@@ -42,7 +44,10 @@ constexpr std::int64_t largest = 16 << 20;  // bytes of a rasterised string: no 
 }  // namespace
 
 int AiRectRender::initText(const std::string& path) {
-    if (loadFont(path) != 0) return -1;
+    if (loadFont(path) != 0) {
+        ZETLog::instance().error("AiRectRender::initText no font: %s\n", path.c_str());
+        return -1;
+    }
     _textProgram = buildProgram(textVertexStage, textFragmentStage);
     if (_textProgram == 0) return -1;
     _textMatrixLoc = glGetUniformLocation(_textProgram, "u_mapMatrix");
@@ -57,7 +62,10 @@ int AiRectRender::initText(const std::string& path) {
 
 int AiRectRender::loadFont(const std::string& path) {
     if (FT_Init_FreeType(&_library) != 0) return -1;
-    if (FT_New_Face(_library, path.c_str(), 0, &_face) != 0) return -1;
+    // Read as a whole: FreeType would wait for a pipe, and would map a file that may shrink under it.
+    _fontFile = readFile(path.c_str());
+    const auto size = static_cast<FT_Long>(_fontFile.size());
+    if (size == 0 || FT_New_Memory_Face(_library, _fontFile.data(), size, 0, &_face) != 0) return -1;
     if (FT_Set_Char_Size(_face, charSize, charSize, dotsPerInch, dotsPerInch) != 0) return -1;
     for (int i = 0; i < glyphCount; ++i) {
         const FT_UInt index = FT_Get_Char_Index(_face, static_cast<FT_ULong>(firstGlyph + i));

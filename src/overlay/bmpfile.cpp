@@ -1,6 +1,8 @@
 #include "overlay/bmpfile.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <climits>
 #include <cstdio>
@@ -47,12 +49,17 @@ BmpVerdict parseBmp(const std::uint8_t* file, std::size_t size, BmpPicture& pict
 }
 
 std::vector<std::uint8_t> readFile(const char* path) {
-    // Asked before it is opened: a pipe would hold up the render thread until somebody writes.
+    // A pipe would hold up the thread until somebody writes. What has been opened is asked, which nobody can exchange.
+    const int opened = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (opened < 0) return {};
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(fdopen(opened, "rb"), &std::fclose);
+    if (!file) {
+        close(opened);
+        return {};
+    }
     struct stat status = {};
-    if (stat(path, &status) != 0 || !S_ISREG(status.st_mode)) return {};
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "rb"), &std::fclose);
-    if (!file) return {};
-    if (fstat(fileno(file.get()), &status) != 0 || status.st_size <= 0 || status.st_size > INT_MAX) return {};
+    if (fstat(opened, &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    if (status.st_size <= 0 || status.st_size > INT_MAX) return {};
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(status.st_size));
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
     return bytes;

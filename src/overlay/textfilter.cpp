@@ -8,7 +8,6 @@ extern "C" {
 #include <libavfilter/buffersink.h>
 #include <libavfilter/buffersrc.h>
 #include <libavutil/frame.h>
-#include <libavutil/log.h>
 #include <libavutil/mem.h>
 #include <libavutil/opt.h>
 }
@@ -17,10 +16,11 @@ extern "C" {
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <mutex>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "overlay/bmpfile.h"
 #include "zet/zetlog.h"
 
 namespace zet::ZETShow {
@@ -29,29 +29,14 @@ namespace {
 
 constexpr std::size_t textLimit = 4096;  // bytes of a filter description, its NUL included
 
-// What libav has to say goes to the player's standard error unless it is kept quiet. The level is the process's, so
-// one burn-in at a time changes it.
-class QuietLibav {
-public:
-    QuietLibav() { av_log_set_level(AV_LOG_QUIET); }
-    ~QuietLibav() {
-        if (av_log_get_level() == AV_LOG_QUIET) av_log_set_level(_level);  // unless the player has said otherwise
-    }
-    QuietLibav(const QuietLibav&) = delete;
-    QuietLibav& operator=(const QuietLibav&) = delete;
-
-private:
-    inline static std::mutex _mutex;
-    const std::lock_guard<std::mutex> _lock{_mutex};
-    const int _level = av_log_get_level();
-};
-
-// With fontconfig, drawtext takes another font in silence where it can't load the one that it was given.
+// With fontconfig, drawtext takes another font in silence where it can't load the one that it was given; and it waits
+// for a pipe until somebody writes.
 bool fontLoads(const char* path) {
+    const std::vector<std::uint8_t> file = readFile(path);
     FT_Library library = nullptr;
-    if (FT_Init_FreeType(&library) != 0) return false;
+    if (file.empty() || FT_Init_FreeType(&library) != 0) return false;
     FT_Face face = nullptr;
-    const bool loads = FT_New_Face(library, path, 0, &face) == 0;
+    const bool loads = FT_New_Memory_Face(library, file.data(), static_cast<FT_Long>(file.size()), 0, &face) == 0;
     if (loads) FT_Done_Face(face);
     FT_Done_FreeType(library);
     return loads;
@@ -201,7 +186,6 @@ void filterData(std::int64_t timeMs, std::uint8_t* data, int width, int height, 
                                  static_cast<long long>(timeMs), std::strlen(fontPath));
         return;
     }
-    const QuietLibav quiet;
     int result = fontLoads(fontPath) ? 0 : AVERROR(EINVAL);
     if (result == 0) {
         ZETTextFilter textFilter(result, description.c_str(), pixelFormat, width, height);

@@ -143,15 +143,18 @@ void Render::registerSettingObservers() {
         setAutoRotate(setting->enable != 0, setting->speed);
         return RENDER_NOT_HANDLED;
     });
-    observe(DCFG_FLING, settingMask,
-            [this](DisplayConfigUserData& delivery) { return startFling(delivery.getRecord<const Fling>()); });
-    observe(DCFG_OPENING_FLIGHT, settingMask, [this](DisplayConfigUserData& delivery) {
-        setOpeningFlight(delivery.getInt() != 0);
-        return RENDER_NOT_HANDLED;
+    observe(DCFG_FLING, settingMask, [this](DisplayConfigUserData& delivery) {
+        if (delivery.getState() & DCFG_FLAG_REPLAY) return RENDER_NOT_HANDLED;  // a moment, not a setting
+        return startFling(delivery.getRecord<const Fling>());
     });
+    // The backdrop before the flight, which begins at a place of its own with each.
     observe(DCFG_SCENE_BACKDROP, settingMask, [this](DisplayConfigUserData& delivery) {
         const auto* const scene = delivery.getRecord<const SceneBackdrop>();
         if (scene) setSceneBackdrop(scene->backdrop != 0, scene->stars != 0);
+        return RENDER_NOT_HANDLED;
+    });
+    observe(DCFG_OPENING_FLIGHT, settingMask, [this](DisplayConfigUserData& delivery) {
+        setOpeningFlight(delivery.getInt() != 0);
         return RENDER_NOT_HANDLED;
     });
 }

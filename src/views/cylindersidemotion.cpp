@@ -26,10 +26,13 @@ CylinderSideMotion::Phase CylinderSideMotion::phase() const {
 }
 
 void CylinderSideMotion::turn(double radians) {
-    double pan = _pan + radians;
-    // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is seen.
-    if (std::fabs(pan) > greatestPan) pan = std::remainder(pan, wholeTurn);
-    _pan = static_cast<float>(pan);
+    _pan.update([radians](float before) {
+        double pan = before + radians;
+        // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is
+        // seen.
+        if (std::fabs(pan) > greatestPan) pan = std::remainder(pan, wholeTurn);
+        return static_cast<float>(pan);
+    });
 }
 
 void CylinderSideMotion::drag(float x1, float x2) {
@@ -73,19 +76,17 @@ void CylinderSideMotion::step() {
             break;
     }
     if (_autoRotate) turn(-autoPerFrame);
-    const float zoom = std::clamp<float>(_zoom, _zoomMin, _zoomMax);
-    _zoom = zoom;
-    _eyeZ = zoom + restEyeZ;
+    _eyeZ = _zoom.update([](float zoom) { return std::clamp(zoom, _zoomMin, _zoomMax); }) + restEyeZ;
     _ptZm = -_pan;
 }
 
 void CylinderSideMotion::fly(float zoomStep, bool arrived) {
-    _zoomBusy = !arrived;
     if (arrived) {
         _zoomPhase = _zoomIn ? 0 : 1;
     } else {
         _zoom += zoomStep;
     }
+    _zoomBusy = !arrived;  // last: from now on a tap starts the next flight
 }
 
 void CylinderSideMotion::classifyRest() {

@@ -19,8 +19,8 @@ constexpr float greatestZoom = 1.0f;
 
 void CylinderSphereMotion::drag(float x1, float y1, float x2, float y2) {
     _autoRotate = 0;
-    _tilt = heldSum(_tilt, (y1 - y2) * degreesPerPixel);
-    _spin = heldSum(_spin, (x2 - x1) * degreesPerPixel);
+    addHeld(_tilt, (y1 - y2) * degreesPerPixel);
+    addHeld(_spin, (x2 - x1) * degreesPerPixel);
 }
 
 void CylinderSphereMotion::pinch(float factor) {
@@ -35,18 +35,19 @@ void CylinderSphereMotion::setAutoRotate(bool on, float speed) {
 
 void CylinderSphereMotion::fling(float velocityX) {
     _autoRotate = 0;
-    _spin = heldSum(_spin, velocityX * (velocityX > 0.0f ? flingRight : flingLeft));
+    addHeld(_spin, velocityX * (velocityX > 0.0f ? flingRight : flingLeft));
 }
 
 void CylinderSphereMotion::step() {
-    // Each number is read once: a gesture that comes meanwhile is seen by the next frame, whole.
-    const float zoom = clampBothWays(_zoom, greatestZoom);
-    const float spin = dropWholeTurns(_spin);
-    const float tilt = std::clamp(dropWholeTurns(_tilt), _pose.tiltMin, _pose.tiltMax);  // 370 degrees count as 10
-    _zoom = zoom;
-    _tilt = tilt;
-    _spin = static_cast<float>(spin - (_autoRotate ? autoPerFrame : 0.0));
-    _shownSpin = spin;
+    const float zoom = _zoom.update([](float value) { return clampBothWays(value, greatestZoom); });
+    const float tilt = _tilt.update([this](float angle) {
+        return std::clamp(dropWholeTurns(angle), _pose.tiltMin, _pose.tiltMax);  // 370 degrees count as 10
+    });
+    const double turn = _autoRotate ? autoPerFrame : 0.0;
+    _spin.update([this, turn](float angle) {
+        _shownSpin = dropWholeTurns(angle);
+        return static_cast<float>(_shownSpin - turn);
+    });
     _shownTilt = _pose.tiltOffset + tilt;
     _eyeZ = _radius + _pose.eyeBase + zoom;
     holdInView(tilt);

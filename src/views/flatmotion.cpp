@@ -27,31 +27,27 @@ int FlatMotion::setScale(float scale) {
 }
 
 void FlatMotion::clampScale() {
-    const float scale = _scale;
-    const float applied = limited(scale);
-    if (applied != scale) _scale = applied;  // no store without need: a setter may be storing another zoom just now
+    _scale.update([this](float scale) { return limited(scale); });
 }
 
 void FlatMotion::clampPan() {
     clampScale();
     const float edge = _scale - 1.0f;
     for (Relaxed<float>* const pan : {&_panX, &_panY}) {
-        const float moved = *pan;
-        const float held = std::min(std::max(moved, -edge), edge);
-        if (held != moved) *pan = held;
+        pan->update([edge](float moved) { return std::min(std::max(moved, -edge), edge); });
     }
 }
 
 void FlatMotion::pinch(float factor) {
     _zoomAnimating = 0;
-    setScale(factor > 1.0f ? _scale + pinchStep : _scale - pinchStep);
+    _scale.update([this, factor](float scale) { return limited(scale + (factor > 1.0f ? pinchStep : -pinchStep)); });
 }
 
 void FlatMotion::drag(float x1, float y1, float x2, float y2) {
     const float d = x1 - x2;
     const float e = y1 - y2;
-    _panY = static_cast<float>(_panY - e * panPerPixel * _scale);
-    _panX = static_cast<float>(_panX + d * panPerPixel * _scale);
+    _panY.update([this, e](float pan) { return static_cast<float>(pan - e * panPerPixel * _scale); });
+    _panX.update([this, d](float pan) { return static_cast<float>(pan + d * panPerPixel * _scale); });
     if (std::fabs(d) + std::fabs(e) > heldStill) _zoomAnimating = 0;
 }
 
@@ -69,7 +65,14 @@ void FlatMotion::stepZoomAnimation() {
     if (_zoomDirection == 0.0f) return;
     _panX += _panStepX * _zoomDirection;
     _panY += _panStepY * _zoomDirection;
-    if (setScale(_scale + _zoomStep * _zoomDirection) != 0) {
+    bool arrived = false;
+    _scale.update([this, &arrived](float scale) {
+        const float wanted = scale + _zoomStep * _zoomDirection;
+        const float applied = limited(wanted);
+        arrived = applied != wanted;
+        return applied;
+    });
+    if (arrived) {
         _zoomAnimating = 0;
         _zoomDirection = 0.0f;
     }

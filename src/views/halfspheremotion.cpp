@@ -84,7 +84,7 @@ void HalfSphereMotion::step() {
 
 void HalfSphereMotion::stepAutoRotate() {
     if (!_autoRotate) return;
-    _yaw = foldIntoBothTurns(heldSum(_yaw, _autoRotateSpeed * yawPerRotation));
+    _yaw.update([this](float yaw) { return foldIntoBothTurns(heldSum(yaw, _autoRotateSpeed * yawPerRotation)); });
 }
 
 bool HalfSphereMotion::stepSpring() {
@@ -173,9 +173,9 @@ bool HalfSphereMotion::flyTo(const Pose& target) {
 }
 
 void HalfSphereMotion::stepYaw() {
-    _yaw = dropWholeTurns(_yaw);
+    _yaw.update(dropWholeTurns);
     if (animStep > _animLeft) {
-        _yaw = heldSum(_yaw, (_animTotal - _animLeft) * _yawRate);
+        addHeld(_yaw, (_animTotal - _animLeft) * _yawRate);
         _animTotal = 0.0f;
         _animLeft = 0.0f;
         _yawRate = 0.0f;
@@ -205,8 +205,9 @@ void HalfSphereMotion::restNear() {
     const float farEyeZ = _farEyeZ;
     const float span = farEyeZ - _nearEyeZ;
     _animating = 0;
-    const float travel = std::clamp<float>(_travel, (_lowPitch - _nearPitch) / pitchPerTravel, span);
-    _travel = travel;
+    const bool held = _tiltSeen && !_fingerUp;
+    const float least = held ? (_lowPitch - _nearPitch) / pitchPerTravel : 0.0f;
+    const float travel = _travel.update([least, span](float value) { return std::clamp(value, least, span); });
     _offRest = travel > 0.0f && _nearEyeZ + travel >= farEyeZ;
     if (travel > 0.0f) {
         const float u = 1.0f - travel / span;
@@ -214,21 +215,20 @@ void HalfSphereMotion::restNear() {
         _pitch = _nearPitch * u;
         _moveY = _nearMoveY * u;
         _moveZ = _nearMoveZ * u;
-    } else if (_tiltSeen && !_fingerUp) {
+    } else if (held) {
         tiltPastNear(std::clamp(travel * pitchPerTravel + _nearPitch, _lowPitch, 0.0f));
     } else {
         _eyeZ = nearPose.eyeZ;
         _pitch = nearPose.pitch;
         _moveZ = nearPose.moveZ;
         _moveY = nearPose.moveY;
-        _travel = 0.0f;
     }
 }
 
 void HalfSphereMotion::restFar() {
     _animating = 0;
-    const float travel = std::clamp<float>(_travel, _lowPitch / pitchPerTravel, 0.0f);
-    _travel = travel;
+    const float travel =
+        _travel.update([](float value) { return std::clamp(value, _lowPitch / pitchPerTravel, 0.0f); });
     if (travel == 0.0f) _offRest = 0;
     if (travel <= offRestTravel) _offRest = 1;
     const float pitch = std::clamp(travel * pitchPerTravel, _lowPitch, 0.0f);
@@ -266,13 +266,13 @@ void HalfSphereMotion::touchDown() {
 
 void HalfSphereMotion::pinch(float factor) {
     _autoRotate = false;
-    _travel = heldSum(_travel, factor > 1.0f ? -travelPerPinch : travelPerPinch);
+    addHeld(_travel, factor > 1.0f ? -travelPerPinch : travelPerPinch);
 }
 
 void HalfSphereMotion::drag(float x1, float y1, float x2, float y2) {
     _autoRotate = false;
-    _yaw = heldSum(_yaw, (x2 - x1) * yawPerPixel);
-    _travel = heldSum(_travel, -(y2 - y1) * travelPerPixel);
+    addHeld(_yaw, (x2 - x1) * yawPerPixel);
+    addHeld(_travel, -(y2 - y1) * travelPerPixel);
 }
 
 void HalfSphereMotion::doubleTap(float x, float y, int surfaceWidth, int surfaceHeight) {
@@ -290,7 +290,7 @@ void HalfSphereMotion::doubleTap(float x, float y, int surfaceWidth, int surface
 
 void HalfSphereMotion::fling(float velocityX) {
     _autoRotate = false;
-    _yaw = heldSum(_yaw, velocityX * yawPerFling);
+    addHeld(_yaw, velocityX * yawPerFling);
 }
 
 void HalfSphereMotion::setAutoRotate(bool on, float speed) {
@@ -308,8 +308,10 @@ void HalfSphereMotion::setOpeningFlight(bool on) {
 }
 
 void HalfSphereMotion::setSceneBackdrop(bool backdrop, bool stars) {
+    const bool atStart = _opening && _eyeZ == openingStart - _startLift;
     _farEyeZ = backdrop ? backFarEyeZ : bareFarEyeZ;
     _startLift = backdrop ? backLift : bareLift;
+    if (atStart) _eyeZ = openingStart - _startLift;  // no frame yet: the flight begins where it does with this one
     _showBack = backdrop;
     _showPoints = stars;
 }

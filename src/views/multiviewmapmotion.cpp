@@ -31,12 +31,13 @@ constexpr float dragSensitivity = 0.1125f;      // degrees a pixel
 constexpr float travelPart = 0.1f;              // of that, in units of travel
 constexpr float flingTurn = 5.0625f;            // degrees a frame, for a thousand pixels a second
 constexpr float mapReach = 1.8f;                // above 1: the near pose is reached before the map's corner
+constexpr float greatestYaw = 36000.0f;         // degrees
 constexpr double degrees = 57.295780490442965;  // in a radian
 
 }  // namespace
 
 void MultiViewMapMotion::step() {
-    if (_autoRotate) _yaw = heldSum(_yaw, _autoRotateSpeed * autoRotateStep);
+    if (_autoRotate) turn(_autoRotateSpeed * autoRotateStep);
     if (!stepSpring()) applyRestRule();
 }
 
@@ -73,20 +74,15 @@ bool MultiViewMapMotion::stepSpring() {
 }
 
 void MultiViewMapMotion::applyRestRule() {
-    const float travel = std::clamp<float>(_travel, leastTravel, greatestTravel);
-    _travel = travel;
+    const float least = _tiltSeen && !_fingerUp ? leastTravel : 0.0f;
+    const float travel = _travel.update([least](float value) { return std::clamp(value, least, greatestTravel); });
     if (travel >= 0.0f) {
         _pitch = travel * poleStep + nearPitch;
         _moveY = (_pitch - nearPitch) / nearPitch * nearMoveY + nearMoveY;
         _moveZ = nearMoveZ;
-    } else if (_tiltSeen && !_fingerUp) {
+    } else {
         _pitch = std::clamp(travel * lowStep + nearPitch, lowPitch, 0.0f);
         followLowPath();
-    } else {
-        _pitch = nearPitch;
-        _moveY = nearMoveY;
-        _moveZ = nearMoveZ;
-        _travel = 0.0f;
     }
 }
 
@@ -117,8 +113,8 @@ void MultiViewMapMotion::drag(float x1, float y1, float x2, float y2) {
         aimFromMap(x2, y2);
         return;
     }
-    _travel = heldSum(_travel, -(y2 - y1) * dragSensitivity * travelPart);
-    _yaw = heldSum(_yaw, (x2 - x1) * dragSensitivity);
+    addHeld(_travel, -(y2 - y1) * dragSensitivity * travelPart);
+    turn((x2 - x1) * dragSensitivity);
 }
 
 void MultiViewMapMotion::aimFromMap(float x, float y) {
@@ -142,7 +138,16 @@ void MultiViewMapMotion::setAutoRotate(bool on, float speed) {
 }
 
 void MultiViewMapMotion::fling(float velocityX) {
-    _yaw = heldSum(_yaw, velocityX * flingTurn / 1000.0f);
+    turn(velocityX * flingTurn / 1000.0f);
+}
+
+void MultiViewMapMotion::turn(float angle) {
+    _yaw.update([angle](float before) {
+        const float yaw = heldSum(before, angle);
+        // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is
+        // seen.
+        return std::fabs(yaw) > greatestYaw ? dropWholeTurns(yaw) : yaw;
+    });
 }
 
 }  // namespace zet::ZETShow

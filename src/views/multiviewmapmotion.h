@@ -30,7 +30,7 @@ struct MultiViewMapMotion {
 
     // Gestures and frames.
     SurfaceSize _size;
-    Relaxed<float> _yaw = 0.0f;      // turn of the dome in the detail, degrees, never wrapped
+    Relaxed<float> _yaw = 0.0f;      // turn of the dome in the detail, degrees
     Relaxed<float> _travel = 0.0f;   // along the path; tens of degrees above 0
     Relaxed<bool> _fingerUp = true;  // no finger holds the detail
     Relaxed<int> _activePane = 0;    // took the last touch: 1 the map, 0 the detail
@@ -47,6 +47,7 @@ struct MultiViewMapMotion {
 
 private:
     void aimFromMap(float x, float y);
+    void turn(float angle);
     bool stepSpring();
     void applyRestRule();
     void followLowPath();

@@ -52,16 +52,15 @@ void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
     matrices.rotateView(180, 0, 0, 1);
     matrices.rotateView(_paneElevation[p], 1, 0, 0);
     matrixTranslate(matrices._viewMatrix, 0, _paneMoveY[p], _paneMoveZ[p]);
-    _pan[p] = foldIntoTurn(_pan[p]);
+    _pan[p].update(foldIntoTurn);
     // All panes that turn go on by a step with each pane that is drawn.
     if (_autoRotate) stepAutoRotate();
     matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
 }
 
 void MultiViewMotion::updatePaneTilt(int p) {
-    constexpr float limit = baseElevation / -elevationPerTilt;
-    const float tilt = std::clamp<float>(_tilt[p], 0.0f, limit);
-    _tilt[p] = tilt;
+    static constexpr float limit = baseElevation / -elevationPerTilt;
+    const float tilt = _tilt[p].update([](float value) { return std::clamp(value, 0.0f, limit); });
     const float elevation = tilt * elevationPerTilt + baseElevation;
     const float k = (elevation - baseElevation) / baseElevation;  // 0 at rest, -1 straight at the pole
     _paneElevation[p] = elevation;
@@ -71,7 +70,8 @@ void MultiViewMotion::updatePaneTilt(int p) {
 
 void MultiViewMotion::stepAutoRotate() {
     for (int p = 0; p < paneCount; ++p) {
-        if (_paneAutoRotate[p]) _pan[p] = foldIntoTurn(heldSum(_pan[p], _autoRotateSpeed * autoRotateStep));
+        if (!_paneAutoRotate[p]) continue;
+        _pan[p].update([this](float pan) { return foldIntoTurn(heldSum(pan, _autoRotateSpeed * autoRotateStep)); });
     }
 }
 
@@ -98,8 +98,8 @@ void MultiViewMotion::drag(float x1, float y1, float x2, float y2) {
     const float turn = (x2 - x1) * dragSensitivity;
     _activePane = p;
     _paneAutoRotate[p] = false;
-    _pan[p] = heldSum(_pan[p], zoomed ? turn : 2.0f * turn);
-    _tilt[p] = heldSum(_tilt[p], -(y2 - y1) * dragSensitivity * tiltPart);
+    addHeld(_pan[p], zoomed ? turn : 2.0f * turn);
+    addHeld(_tilt[p], -(y2 - y1) * dragSensitivity * tiltPart);
 }
 
 void MultiViewMotion::setAutoRotate(bool on, float speed) {
@@ -110,7 +110,7 @@ void MultiViewMotion::setAutoRotate(bool on, float speed) {
 
 void MultiViewMotion::fling(float velocityX) {
     const int p = _activePane;
-    _pan[p] = heldSum(_pan[p], velocityX * (velocityX >= 0.0f ? flingRight : flingLeft) / 1000.0f);
+    addHeld(_pan[p], velocityX * (velocityX >= 0.0f ? flingRight : flingLeft) / 1000.0f);
     _paneAutoRotate[p] = false;
 }
 

@@ -24,12 +24,10 @@ void WallOneView180Motion::step() {
 }
 
 void WallOneView180Motion::stepSpring() {
-    const float yaw = _zoom._yaw;
-    const float pitch = _zoom._pitch;
-    const bool central = std::fabs(yaw) <= softYawLimit && std::fabs(pitch) <= softPitchLimit;
+    const bool central = std::fabs(_zoom._yaw) <= softYawLimit && std::fabs(_zoom._pitch) <= softPitchLimit;
     if (!_fingerUp || central || _zoom._flightBusy) return;
-    _zoom._yaw = sprungBack(yaw, softYawLimit);
-    _zoom._pitch = sprungBack(pitch, softPitchLimit);
+    _zoom._yaw.update([](float yaw) { return sprungBack(yaw, softYawLimit); });
+    _zoom._pitch.update([](float pitch) { return sprungBack(pitch, softPitchLimit); });
     _zoom.clampView();
 }
 

@@ -36,17 +36,19 @@ void addWithinDiamond(Relaxed<float>& angle, Relaxed<float>& other, float d) {
     if ((angle > viewLimit && d > 0.0f) || (angle < -viewLimit && d < 0.0f)) return;
     angle += d;
     const float room = viewLimit - std::fabs(angle);
-    if (other >= 0.0f && other > room) other = room;
-    if (other < 0.0f && -other > room) other = -room;
+    other.update([room](float value) {
+        if (value >= 0.0f && value > room) value = room;
+        if (value < 0.0f && -value > room) value = -room;
+        return value;
+    });
 }
 
 }  // namespace
 
 void WallTwoViewMotion::updateDetailCamera(MatrixState& matrices) {
-    const float pitch = clampBothWays(_pitch, viewLimit);
-    const float yaw = clampBothWays(_yaw, viewLimit);
-    _pitch = pitch;
-    _yaw = yaw;
+    const auto held = [](float angle) { return clampBothWays(angle, viewLimit); };
+    const float pitch = _pitch.update(held);
+    const float yaw = _yaw.update(held);
     _paneMoveZ = sideShift(pitch, yaw);
     lookAside(matrices, _paneMoveZ, pitch, yaw);
 }

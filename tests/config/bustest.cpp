@@ -1,10 +1,12 @@
 // The bus: what reaches whom, when, and what a value's memory may count on; and the door of those whom it reaches.
 
 #include <gmock/gmock.h>
+#include <malloc.h>
 
 #include <atomic>
 #include <future>
 #include <optional>
+#include <stdexcept>
 #include <thread>
 
 #include "config/door.h"
@@ -110,16 +112,62 @@ TEST_F(Bus, keepsABlockUntilTheSecondFollowingSet) {
     EXPECT_THAT(lastBlocks, ElementsAre("one", "two"));
 }
 
-TEST_F(Bus, replaysAgainWhatASetHasOvertaken) {
-    // While the stored 1 is being replayed another thread sets 2: the observer must not end with the 1.
-    bus.setConfig(id, 1);
-    std::vector<int> applied;
-    observe(setting, [&](Delivery& delivery) {
-        const int value = delivery.getInt();
-        if (value == 1) std::thread([&] { bus.setConfig(id, 2); }).join();
-        applied.push_back(value);
+TEST_F(Bus, callsAnObserverUnderReplayWithNothingElse) {
+    for (const bool setsItself : {false, true}) {
+        // While the stored 1 is being replayed another thread sets 2.
+        bus.setConfig(id, 1);
+        std::promise<void> underWay;
+        void* const first = observe(DCFG_FLAG_EVENT, [&](Delivery& delivery) {
+            if (delivery.getInt() == 2) underWay.set_value();
+        });
+        std::vector<int> applied;
+        std::future<int> setter;
+        void* const replayed = observe(setting, [&](Delivery& delivery) {
+            const int value = delivery.getInt();
+            if (value == 1) {
+                setter = std::async(std::launch::async, [this] { return bus.setConfig(id, 2); });
+                underWay.get_future().wait();
+                EXPECT_EQ(setter.wait_for(20ms), std::future_status::timeout) << "the setter waits for its turn";
+                if (setsItself) bus.setConfig(id, 3);
+            }
+            applied.push_back(value);
+        });
+        EXPECT_EQ(setter.get(), 0);
+        EXPECT_EQ(applied, setsItself ? std::vector({2, 3, 1}) : std::vector({1, 2}));
+        EXPECT_EQ(end(first) + end(replayed), 0);
+    }
+}
+
+TEST_F(Bus, handsWhatAnObserverThrowsToTheSetter) {
+    bool throws = true;
+    int behind = 0;
+    void* const handle = observe(setting | DCFG_FLAG_READ, [&](Delivery&) {
+        if (throws) throw std::runtime_error("no");
     });
-    EXPECT_THAT(applied, ElementsAre(2, 1, 2));
+    observe(DCFG_FLAG_EVENT, [&](Delivery&) { ++behind; });
+    const std::vector<char> block(1 << 20);
+    const auto inUse = [] { return mallinfo2().hblkhd + mallinfo2().uordblks; };
+    const std::size_t before = inUse();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_THROW(bus.setConfig(id, SizeHelp{block.data(), 1 << 20}), std::runtime_error);
+        EXPECT_THROW(bus.readConfig(id, read), std::runtime_error);
+    }
+    EXPECT_LT(inUse() - before, 10u << 20) << "replaced blocks go";
+    EXPECT_EQ(behind, 0);
+
+    int calls = 0;
+    EXPECT_THROW(observe(setting,
+                         [&](Delivery& delivery) {
+                             ++calls;
+                             EXPECT_EQ(delivery.getBlockSize(), 1 << 20) << "the value is set";
+                             throw std::runtime_error("not here either");
+                         }),
+                 std::runtime_error);
+    EXPECT_EQ(end(handle), 0);
+    throws = false;
+    EXPECT_EQ(std::async(std::launch::async, [this] { return bus.setConfig(id, 1); }).get(), 0) << "no lock is left";
+    EXPECT_EQ(behind, 1);
+    EXPECT_EQ(calls, 1) << "a registration whose replay has thrown is none";
 }
 
 TEST_F(Bus, deliversSetsMadeInsideADelivery) {

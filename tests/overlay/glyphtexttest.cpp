@@ -1,5 +1,8 @@
+#include <sys/stat.h>
+
 #include "overlay/airectrender.h"
 #include "overlay/material.h"
+#include "support/calllog.h"
 
 namespace zet::test {
 namespace {
@@ -53,7 +56,13 @@ TEST(GlyphText, takesNoFontThatIsNone) {
     EXPECT_FALSE(take(Bytes(font.begin(), font.begin() + std::ssize(font) / 2)));
     EXPECT_FALSE(take(makeBmp(9, 9, 24, [](int, int) { return 0u; })));
     EXPECT_FALSE(take({}));
-    for (const char* path : {"/nowhere/font.ttf", "/usr"}) EXPECT_EQ(AiRectRender().loadFont(path), -1) << path;
+    const std::string pipe = folder.path / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& path : {"/nowhere/font.ttf"s, "/usr"s, pipe}) {
+        const CallLog log;
+        EXPECT_EQ(AiRectRender().initText(path), -1) << path;
+        EXPECT_EQ(log.lines(), std::vector{"AiRectRender::initText no font: " + path + "\n"});
+    }
     unsigned noise = 1;
     for (int variant = 0; variant < 60; ++variant) {
         Bytes damaged = font;

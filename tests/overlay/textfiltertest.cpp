@@ -1,8 +1,13 @@
 #include "overlay/textfilter.h"
 
+#include <sys/stat.h>
+
 extern "C" {
 #include <libavutil/log.h>
 }
+
+#include <atomic>
+#include <thread>
 
 #include "overlay/material.h"
 #include "support/calllog.h"
@@ -46,7 +51,10 @@ void expectText(const Folder& folder, const Case& c, const char* font) {
                   "-f rawvideo -pix_fmt rgba out.rgba",
                   folder.path.c_str(), c.width, c.height, c.y, c.fontSize, fontFile);
     ASSERT_EQ(std::system(tool), 0);
+    av_log_set_level(AV_LOG_INFO);
+    testing::internal::CaptureStderr();
     filterData(c.time, picture.data(), c.width, c.height, c.width * 4, font, rgba);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << c.name;
     EXPECT_TRUE(picture == Folder::load(folder.path / "out.rgba")) << c.name;
     EXPECT_TRUE(picture != makePicture(c.width, c.height) || c.fontSize == 0) << c.name;
     EXPECT_EQ(log.lines(), std::vector<std::string>()) << c.name;
@@ -75,9 +83,21 @@ TEST(TextFilter, takesTheFontUnderAnyName) {
     std::filesystem::current_path("/");
 }
 
+TEST(TextFilter, leavesLibavsLogToThePlayer) {
+    av_log_set_level(AV_LOG_INFO);
+    std::atomic<bool> changed = false;
+    const std::jthread player([&](const std::stop_token& end) {
+        while (!end.stop_requested()) changed = changed || av_log_get_level() != AV_LOG_INFO;
+    });
+    Bytes picture = makePicture(1920, 1080);
+    filterData(someTime, picture.data(), 1920, 1080, 1920 * 4, fontFile, rgba);
+    EXPECT_FALSE(changed);
+}
+
 TEST(TextFilter, leavesThePictureWholeAndSaysWhy) {
     const Folder folder;
-    const std::string noFont = folder.save("text", {'n', 'o'}), longName(3900, 'x');
+    const std::string noFont = folder.save("text", {'n', 'o'}), pipe = folder.path / "pipe", longName(3900, 'x');
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const std::string failed = "filterData init error filtersDescr: drawtext=fontsize=18:fontfile='";
     const std::string tail = "':fontcolor=white:x=0:y=4:text='2023-11-14 17\\:13\\:20' \r\n";
     const std::string refused = "filterData refused time: 1700000000999 font path: ";
@@ -85,6 +105,7 @@ TEST(TextFilter, leavesThePictureWholeAndSaysWhy) {
         {"/no/fo:nt", failed + "/no/fo\\:nt" + tail},
         {longName, failed + longName + tail},
         {noFont, failed + noFont + tail},
+        {pipe, failed + pipe + tail},  // nobody writes
         {std::string(5000, 'x'), refused + "5000 bytes \r\n"},
         {std::string(2100, ':'), refused + "2100 bytes \r\n"},  // too long only once escaped
     };

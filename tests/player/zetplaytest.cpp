@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -84,6 +85,28 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         EXPECT_THAT(result.err, testing::MatchesRegex(test.line)) << test.arguments;
         EXPECT_EQ(result.out, "") << test.arguments;
     }
+}
+
+TEST_F(Zetplay, TellsWhatCannotBeWritten) {
+    const std::string arguments = "good.y4m --frames 1 --verbose --shot shot.png";
+    EXPECT_EQ(run(arguments, "sh -c 'exec \"$@\" <&- >&- 2>&-' sh").status, 0) << "no descriptor is anybody else's";
+    const std::string shot = contents(_scratch.path("shot.png"));
+    EXPECT_EQ(shot.substr(1, 3), "PNG");
+    // No file can be larger than a few kilobytes, which stands for a disk that fills up.
+    const Result full =
+        run("good.y4m --frames 1 --shot shot.png", "sh -c 'trap \"\" XFSZ; ulimit -f 4; exec \"$@\"' sh");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.err, "zetplay: shot.png: File too large\n");
+    EXPECT_EQ(contents(_scratch.path("shot.png")), shot) << "the old one stays";
+    for (const char* output : {"/dev/full", "&-"}) {
+        const auto prefix = "sh -c 'exec \"$@\" >" + std::string(output) + "' sh";
+        const Result lost = run("good.y4m --frames 1 --stats", prefix);
+        EXPECT_EQ(lost.status, 1) << output;
+        EXPECT_THAT(lost.err, testing::MatchesRegex("zetplay: standard output: [^\n]+\n")) << output;
+    }
+    using Files = std::filesystem::directory_iterator;
+    const auto files = std::distance(Files(_scratch.path("")), Files());
+    EXPECT_EQ(files, 5) << "the input, three of the test's own, and the picture";
 }
 
 TEST_F(Zetplay, DoesEachCommandOfStandardInputAsItComes) {

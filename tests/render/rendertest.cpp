@@ -150,12 +150,15 @@ TEST_F(RenderNumbers, flingsUntilBothSpeedsAreSmallOrRotationStarts) {
 TEST_F(RenderNumbers, hearsEarlierSettingsWhenItStandsAndNothingAfterIt) {
     const AutoRotate rotate{1, 0.5f};
     const SceneBackdrop scene{0, 7};
+    const Fling fling{100, 100};
+    bus.setConfig(DCFG_FLING, &fling);
     bus.setConfig(DCFG_SCENE_BACKDROP, &scene);
     bus.setConfig(DCFG_OPENING_FLIGHT, 1);
     bus.setConfig(DCFG_AUTO_ROTATE, &rotate);
     bus.setConfig(DCFG_PINCH, 2.0f);
     make();
-    EXPECT_THAT(calls(), ElementsAre("rotate 1 0.5", "flight 1", "scene 0 1")) << "in the order of registration";
+    EXPECT_THAT(calls(), ElementsAre("rotate 1 0.5", "scene 0 1", "flight 1")) << "in the order of registration";
+    EXPECT_THAT(inertia(), IsEmpty()) << "a fling is over when its moment is";
     view->retire();
     bus.setConfig(DCFG_OPENING_FLIGHT, 0);
     bus.setConfig(DCFG_PINCH, 2.0f);

@@ -85,6 +85,15 @@ TEST_F(MultiViewMapMotionTest, theMapsMiddleHasNoDirectionAndLiesAtThePole) {
     EXPECT_NEAR(motion._pitch, 0, 1e-5);
 }
 
+TEST_F(MultiViewMapMotionTest, turnsOnHoweverManyTurnsLieBehind) {
+    motion.drag(750, 400, 750 + 1.6e8f, 400);  // 50,000 turns, beyond which a float counts degrees
+    motion.setAutoRotate(true, 1);
+    steps(1);
+    const float before = motion._yaw;
+    steps(100);
+    EXPECT_NEAR(motion._yaw, before + 100 * 0.043269236, 0.1);
+}
+
 TEST_F(MultiViewMapMotionTest, lowTiltSpringsBackByADegreeAFrameUnlessAFingerCatchesIt) {
     constexpr float nearPitch = -45.560596f, lowPitch = -65.900597f;
     motion.touchDown(750, 400);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "config/relaxed.h"
+
 // How views keep angles in range, each rule named after what it does: they look alike and differ. Degrees. All results
 // are finite for finite angles.
 
@@ -37,6 +39,11 @@ inline float clampBothWays(float value, float limit) {
 inline float heldSum(double value, double step) {
     constexpr double farthest = 16777216.0;
     return static_cast<float>(std::clamp(value + step, -farthest, farthest));
+}
+
+/// Adds to an angle that two threads change, held in the same way.
+inline void addHeld(Relaxed<float>& angle, double step) {
+    angle.update([step](float value) { return heldSum(value, step); });
 }
 
 }  // namespace zet::ZETShow

@@ -20,11 +20,8 @@ constexpr float levelSlack = 0.001f;
 constexpr double dragSensitivity = 0.075;  // a pixel
 constexpr float flingTurn = 0.40500003f;   // for a thousand pixels a second, in each frame; one bit above 0.405
 
-// Stores a number only where a bound changes it: a gesture may be storing another just now.
 void hold(Relaxed<float>& number, float least, float most) {
-    const float loose = number;
-    const float held = std::clamp(loose, least, most);
-    if (held != loose) number = held;
+    number.update([least, most](float loose) { return std::clamp(loose, least, most); });
 }
 
 // What is left of an angle one even step further on its way to 0.
@@ -120,7 +117,7 @@ bool WallZoom::stepFlightOut() {
 
 void WallZoom::stepSweep() {
     const float limit = _settings.yawLimitMax;
-    _yaw = clampBothWays(_yaw, limit);
+    hold(_yaw, -limit, limit);
     if (_eyeZ > _settings.nearEyeZ) {
         if (_flightBusy) {
             _flightBusy = false;
@@ -194,8 +191,8 @@ void WallZoom::drag(float x1, float y1, float x2, float y2) {
     const auto width = static_cast<float>(_size._lastWidth);
     const auto height = static_cast<float>(_size._lastHeight);
     if (!(x2 > 0.0f && x2 <= width && y2 > 0.0f && y2 <= height)) return;
-    _pitch = heldSum(_pitch, (y2 - y1) * -dragSensitivity);
-    _yaw = heldSum(_yaw, (x2 - x1) * -dragSensitivity);
+    addHeld(_pitch, (y2 - y1) * -dragSensitivity);
+    addHeld(_yaw, (x2 - x1) * -dragSensitivity);
 }
 
 void WallZoom::setAutoRotate(bool on, float speed) {
@@ -206,7 +203,7 @@ void WallZoom::setAutoRotate(bool on, float speed) {
 void WallZoom::fling(float velocityX) {
     _autoRotate = false;
     if (!_size._sized) return;
-    _yaw = heldSum(_yaw, -velocityX * flingTurn / 1000.0f);
+    addHeld(_yaw, -velocityX * flingTurn / 1000.0f);
 }
 
 }  // namespace zet::ZETShow
