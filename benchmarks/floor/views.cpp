@@ -53,8 +53,8 @@ const char* const litUp =
     "void main() {\n"
     "    vec3 far = abs(lit.xyz);\n"
     "    float light = max(max(far.x, far.y), far.z) <= abs(lit.w) ? 0.3 : 0.0;\n"
-    "    gl_FragColor = lens(" EVEN " * " DOWN
-    ") + light;\n"
+    "    gl_FragColor = clamp(lens(" EVEN " * " DOWN
+    "), 0.0, 1.0) + light;\n"
     "}";
 
 // The vertex's place is in the light's place here.

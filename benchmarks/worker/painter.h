@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "worker/picture.h"
@@ -24,6 +25,8 @@ public:
     virtual void show(const Picture& picture) = 0;
     /// Draws on the screen so far, over all windows.
     virtual long drawn() const = 0;
+    /// The graphics driver, where this one asks it.
+    virtual std::string about() const { return {}; }
 };
 
 /// The one that this worker has. It draws into one window a display of the scene.

@@ -6,6 +6,7 @@
 //   run N       N pictures at 30 a second; answers: CPU seconds of all threads, pictures drawn
 //   heap N      the same; answers: heap allocations of the code under test, of the graphics driver, pictures drawn
 //   grab FILE   one picture; writes the pixels of the first window, R, G, B; answers: done
+//   about       answers: the graphics driver, from a floor
 
 #include <ctime>
 
@@ -68,6 +69,8 @@ public:
         std::cout << allocations.own << ' ' << allocations.driver << ' ' << drawn << std::endl;
     }
 
+    std::string about() const { return _painter->about(); }
+
     void grab(const std::string& path) {
         for (auto& window : _windows) window->raise();
         _next = 0;
@@ -127,6 +130,8 @@ int main(int argc, char** argv) {
             worker.heap(std::atoi(argument.c_str()));
         } else if (command == "grab") {
             worker.grab(argument);
+        } else if (command == "about") {
+            std::cout << worker.about() << std::endl;
         } else {
             std::cerr << "unknown: " << line << '\n';
             return 2;

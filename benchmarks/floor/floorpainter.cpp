@@ -104,6 +104,11 @@ public:
 
     long drawn() const override { return _drawn; }
 
+    std::string about() const override {
+        const auto name = [](GLenum what) { return std::string(reinterpret_cast<const char*>(glGetString(what))); };
+        return name(GL_RENDERER) + ", " + name(GL_VERSION);
+    }
+
 private:
     struct Step {
         GLuint program;
