@@ -44,9 +44,9 @@ public:
         say("$" + block + " << END");
         std::ostringstream lines;
         lines << "what zetdisplay";
-        for (const std::string& other : others) lines << ' ' << std::quoted(other, '\'');
+        for (const std::string& other : others) lines << ' ' << std::quoted(other);
         for (const std::string& name : names) {
-            lines << '\n' << std::quoted(name, '\'') << ' ' << values[name]["ours"];
+            lines << '\n' << std::quoted(name) << ' ' << values[name]["ours"];
             for (const std::string& other : others) {
                 if (values[name].count(other)) {
                     lines << ' ' << values[name][other];
@@ -97,7 +97,9 @@ void writePlots(const Report& report, const std::string& folder) {
     }
     if (has(report, "frames")) {
         Plot plot(folder + "/performance-growth.png", 1000, 640);
-        plot.say("set multiplot layout 2,2; set ylabel 'CPU ms a frame'; set offsets 0.2,0.2,0,0");
+        plot.say(
+            "set multiplot layout 2,2; set ylabel 'CPU ms a frame'; set offsets 0.2,0.2,0,0; set key bottom right; set "
+            "xtics font ',8'");
         for (const auto& [table, title, columns] : {std::tuple{"frames", "Size of the frames", 3},
                                                     {"windows", "Size of the window", 3},
                                                     {"displays", "Displays in one process, for each", 2},

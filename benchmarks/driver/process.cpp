@@ -12,8 +12,8 @@ namespace bench {
 
 namespace {
 
-// A child with these as standard input and output; none is left open beside them.
-pid_t start(const std::vector<std::string>& command, int in, int out) {
+// A child with these as standard input, output and error output.
+pid_t start(const std::vector<std::string>& command, int in, int out, int error = STDERR_FILENO) {
     std::vector<char*> words;
     for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
@@ -21,6 +21,7 @@ pid_t start(const std::vector<std::string>& command, int in, int out) {
     if (pid < 0) fail("no process for " + command.front());
     if (pid == 0) {
         dup2(in, STDIN_FILENO);
+        dup2(error, STDERR_FILENO);
         dup2(out, STDOUT_FILENO);
         execvp(words.front(), words.data());
         std::perror(words.front());
@@ -29,11 +30,19 @@ pid_t start(const std::vector<std::string>& command, int in, int out) {
     return pid;
 }
 
-pid_t startSilent(const std::vector<std::string>& command) {
+// Without input; output and errors go to one place.
+pid_t startAlone(const std::vector<std::string>& command, int out) {
     const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
-    const pid_t pid = start(command, nothing, nothing);
+    const pid_t pid = start(command, nothing, out >= 0 ? out : nothing, out >= 0 ? out : nothing);
     close(nothing);
     return pid;
+}
+
+std::string contents(std::FILE* file) {
+    std::string text;
+    std::rewind(file);
+    for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) text += static_cast<char>(c);
+    return text;
 }
 
 }  // namespace
@@ -68,7 +77,7 @@ std::string Worker::ask(const std::string& line) {
     return answer;
 }
 
-Program::Program(const std::vector<std::string>& command) : _pid(startSilent(command)) {}
+Program::Program(const std::vector<std::string>& command) : _pid(startAlone(command, -1)) {}
 
 Program::~Program() {
     kill(_pid, SIGTERM);
@@ -76,15 +85,19 @@ Program::~Program() {
 }
 
 Use runProgram(const std::vector<std::string>& command) {
-    const pid_t pid = startSilent(command);
+    std::FILE* const file = std::tmpfile();
+    if (!file) fail("no temporary file");
+    const pid_t pid = startAlone(command, fileno(file));
     int status = 0;
     rusage usage{};
     wait4(pid, &status, 0, &usage);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) fail(command.front() + " has failed");
+    const std::string output = contents(file);
+    std::fclose(file);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) fail(command.front() + " has failed: " + output);
     const auto seconds = [](const timeval& t) {
         return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec);
     };
-    return {seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024};
+    return {seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024, output};
 }
 
 }  // namespace bench

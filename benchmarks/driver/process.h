@@ -44,9 +44,10 @@ private:
 struct Use {
     double cpuSeconds = 0;
     double residentMiB = 0;  // at most
+    std::string output;      // what it has written, errors too
 };
 
-/// Runs it to its end, which must be a good one: otherwise this program ends with one line.
+/// Runs it to its end, which must be a good one: otherwise this program ends too, with what it has written.
 Use runProgram(const std::vector<std::string>& command);
 
 [[noreturn]] void fail(const std::string& what);

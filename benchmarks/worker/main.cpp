@@ -62,11 +62,12 @@ public:
     }
 
     void heap(int count) {
+        const bench::Allocations before = bench::allocations();
         bench::countAllocations(true);
         const long drawn = play(count);
         bench::countAllocations(false);
-        const bench::Allocations allocations = bench::allocations();
-        std::cout << allocations.own << ' ' << allocations.driver << ' ' << drawn << std::endl;
+        const bench::Allocations after = bench::allocations();
+        std::cout << after.own - before.own << ' ' << after.driver - before.driver << ' ' << drawn << std::endl;
     }
 
     std::string about() const { return _painter->about(); }
