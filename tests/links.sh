@@ -28,7 +28,7 @@ for page in "${pages[@]}"; do
     done < <(grep -oE '\]\([^) ]+\)' "$page" | sed 's/^](//; s/)$//' | grep -v '://')
     while read -r name; do
         [[ $name == *NAME* ]] || [ -e "$name" ] || complain "$page" "$name"
-    done < <(grep -oE "$mark"'(\./)?(\.ci|bench|cmake|docs|examples|include|player|src|tests|tools)/[A-Za-z0-9_./-]*'"$mark" "$page" |
+    done < <(grep -oE "$mark"'(\./)?(\.ci|benchmarks|cmake|docs|examples|include|player|src|tests|tools)/[A-Za-z0-9_./-]*'"$mark" "$page" |
                  tr -d "$mark")
 done
 exit $failed

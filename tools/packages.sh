@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing of the Debian packages that the project needs: tools/packages.sh [ci]
-# With all of them there it takes a few milliseconds and says nothing. `ci` adds the checkers of style.
+# Installs what is missing of the Debian packages that the project needs: tools/packages.sh [ci|bench]
+# With all of them there it takes a few milliseconds and says nothing. `ci` adds the checkers of style, `bench`
+# what ./bench compares with and draws with.
 set -euo pipefail
 
 packages=(
@@ -18,6 +19,7 @@ packages=(
     xvfb x11-utils
 )
 [ "${1-}" = ci ] && packages+=(clang-format clang-tidy shellcheck doxygen git)
+[ "${1-}" = bench ] && packages+=(mpv gnuplot-nox git)
 
 if ! command -v dpkg-query >/dev/null; then
     echo "tools/packages.sh: this is no Debian; taking it that these are there: ${packages[*]}" >&2

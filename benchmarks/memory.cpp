@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "xwindow.h"
+#include "worker/xwindow.h"
 #include "zet/zet.h"
 
 namespace {
@@ -33,8 +33,8 @@ void count(const char* what, const Change& change) {
 }  // namespace
 
 int main() {
-    const bench::XWindow first(640, 480);
-    const bench::XWindow second(320, 240);
+    const bench::XWindow first({640, 480});
+    const bench::XWindow second({320, 240});
     const std::vector<std::uint8_t> luma(640 * 480, 90);
     const std::vector<std::uint8_t> chroma(320 * 240, 128);
     zet::YUV420PData frame;

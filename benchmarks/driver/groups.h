@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "driver/process.h"
+#include "driver/report.h"
+
+namespace bench {
+
+/// How a run is made.
+struct Run {
+    bool quick = false;
+    bool against = false;  // a worker with another version of the module is there
+    std::string build;     // the build's folder
+    std::string scratch;   // a folder of its own for large files
+    int rounds() const { return quick ? 2 : 5; }
+    int framesARound() const { return quick ? 20 : 50; }  // 30 a second
+};
+
+inline constexpr const char* viewNames[] = {"flat", "half sphere", "strip",    "four panes", "map",     "drum",
+                                            "bowl", "wall three",  "wall two", "wall one",   "wall 180"};
+
+/// Arguments of a worker, see worker/main.cpp. The size of a frame is the view's own where none is given.
+struct Scene {
+    int view = 0;
+    int frameWidth = 1920;
+    int frameHeight = 0;
+    int windowWidth = 1280;
+    int windowHeight = 720;
+    int displays = 1;
+    int faces = 0;
+};
+
+/// A worker of the build: `name` is module, floor or against.
+std::vector<std::string> workerCommand(const Run& run, const std::string& name, const Scene& scene);
+
+/// CPU milliseconds a drawn picture of each worker, in all rounds: they take turns, the other way round in every second
+/// round.
+std::vector<std::vector<double>> measureInTurn(const Run& run, const std::vector<Worker*>& workers);
+
+/// The median of the ratios of the rounds.
+double medianRatio(const std::vector<double>& ours, const std::vector<double>& others);
+
+// The groups. Each prints and keeps its rows.
+bool checkPictures(const Run& run, Report& report);  // false where a floor draws another picture than the module
+void measureViews(const Run& run, Report& report);
+void measurePlayers(const Run& run, Report& report);
+void measureGrowth(const Run& run, Report& report);
+void measureMicro(const Run& run, Report& report);
+
+/// Draws what is in the report as PNG files into the folder.
+void writePlots(const Report& report, const std::string& folder);
+
+}  // namespace bench

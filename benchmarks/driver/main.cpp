@@ -1,0 +1,121 @@
+// The program behind ./bench: starts workers and players in turn, and prints one table.
+
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "driver/groups.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+    std::vector<std::string> groups;
+    std::string json;
+    std::string docs;
+    bool quick = false;
+    bool against = false;
+};
+
+const std::vector<std::string> allGroups{"check", "views", "players", "growth", "micro"};
+
+// The value of the first line of a file that begins with a word.
+std::string lineOf(const char* path, const std::string& word) {
+    std::ifstream file(path);
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.starts_with(word)) return line.substr(line.find_first_not_of(" \t", line.find_first_of(":=") + 1));
+    }
+    return "unknown";
+}
+
+std::string firstLineOf(const char* command) {
+    char line[200] = "";
+    std::FILE* const pipe = popen(command, "r");
+    if (!pipe) return "";
+    if (std::fgets(line, sizeof line, pipe)) line[std::strcspn(line, "\n")] = 0;
+    pclose(pipe);
+    return line;
+}
+
+void tellMachine(const bench::Run& run, bench::Report& report) {
+    utsname kernel{};
+    uname(&kernel);
+    bench::Worker floor(bench::workerCommand(run, "floor", {.view = 0}));
+    std::string renderer = floor.ask("about");
+    renderer.erase(std::remove(renderer.begin(), renderer.end(), '\n'), renderer.end());
+    report.setMachine({{"processor", lineOf("/proc/cpuinfo", "model name")},
+                       {"cores", std::to_string(sysconf(_SC_NPROCESSORS_ONLN))},
+                       {"memory", lineOf("/proc/meminfo", "MemTotal")},
+                       {"system", lineOf("/etc/os-release", "PRETTY_NAME") + ", Linux " + kernel.release},
+                       {"OpenGL ES", renderer},
+                       {"version", firstLineOf("git describe --always --dirty 2>/dev/null")},
+                       {"load before the run", firstLineOf("cut -d' ' -f1 /proc/loadavg")}});
+}
+
+bool measure(const Options& options, const bench::Run& run, bench::Report& report) {
+    const auto wants = [&](const char* group) {
+        return options.groups.empty() ||
+               std::find(options.groups.begin(), options.groups.end(), group) != options.groups.end();
+    };
+    tellMachine(run, report);
+    bool same = true;
+    if (wants("check")) same = bench::checkPictures(run, report);
+    if (wants("views")) bench::measureViews(run, report);
+    if (wants("players")) bench::measurePlayers(run, report);
+    if (wants("growth")) bench::measureGrowth(run, report);
+    if (wants("micro")) bench::measureMicro(run, report);
+    return same;
+}
+
+// A folder that goes with the program.
+class Scratch {
+public:
+    Scratch() : _path((fs::temp_directory_path() / "zetbench-XXXXXX").string()) {
+        if (!mkdtemp(_path.data())) bench::fail("no temporary folder");
+    }
+    ~Scratch() { fs::remove_all(_path); }
+    const std::string& path() const { return _path; }
+
+private:
+    std::string _path;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("Measures the module and zetplay beside hand-written floors and other players.", "./bench");
+    app.add_option("GROUP", options.groups, "check, views, players, growth, micro; all of them without one")
+        ->check(CLI::IsMember(allGroups));
+    app.add_flag("--quick", options.quick, "A short run, with numbers that jump");
+    app.add_flag("--against", options.against, "Compare with the other version that the build has a worker for");
+    app.add_option("--json", options.json, "Write all numbers into this file");
+    app.add_option("--docs", options.docs, "Write tables and plots into this folder's performance.md and pictures/");
+    CLI11_PARSE(app, argc, argv);
+
+    const Scratch scratch;
+    const fs::path self = fs::read_symlink("/proc/self/exe");
+    bench::Run run;
+    run.quick = options.quick;
+    run.build = self.parent_path().parent_path().string();
+    run.against = options.against;
+    run.scratch = scratch.path();
+
+    bench::Report report;
+    const bool same = measure(options, run, report);
+    if (!options.json.empty()) report.writeJson(options.json);
+    if (!options.docs.empty()) {
+        report.writePage(options.docs + "/performance.md");
+        bench::writePlots(report, options.docs + "/pictures");
+    }
+    if (!same) std::fputs("bench: a floor draws another picture than the module\n", stderr);
+    return same ? 0 : 1;
+}
