@@ -170,13 +170,14 @@ int Render::startFling(const Fling* fling) {
 
 void Render::stepFling() {
     if (!_flingActive) return;
-    _flingVelocityX = static_cast<float>(_flingVelocityX * flingDecay);
-    _flingVelocityY = static_cast<float>(_flingVelocityY * flingDecay);
-    if (std::fabs(_flingVelocityX) < flingEnd && std::fabs(_flingVelocityY) < flingEnd) {
+    const auto slower = [](float velocity) { return static_cast<float>(velocity * flingDecay); };
+    const float velocityX = _flingVelocityX.update(slower);
+    const float velocityY = _flingVelocityY.update(slower);
+    if (std::fabs(velocityX) < flingEnd && std::fabs(velocityY) < flingEnd) {
         _flingActive = 0;
         return;
     }
-    onFling(_flingVelocityX, _flingVelocityY);
+    onFling(velocityX, velocityY);
 }
 
 void Render::setViewport(const Viewport& viewport) {
