@@ -107,7 +107,6 @@ int Display::colorTask(const DisplayConfigUserData& delivery) {
 int Display::modeTask(const DisplayConfigUserData& delivery) {
     _renderMode = delivery.getInt();
     if (makeCurrent() != 0) return -1;
-    if (!_render) return 0;
     _render = createRender(_renderMode, _config, _touchScale, this);
     if (_frame.hasPlanes()) findRegion();
     return 0;
