@@ -135,7 +135,7 @@ Doings doingsOf(pid_t pid) {
 Doings doingsPaused(const Command& command) {
     const Program player(command);
     std::this_thread::sleep_for(2s);
-    const std::string keys = "xdotool search --onlyvisible --sync --pid " + std::to_string(player.pid()) +
+    const std::string keys = "timeout 20 xdotool search --onlyvisible --sync --pid " + std::to_string(player.pid()) +
                              " windowfocus key space >/dev/null 2>&1";
     if (std::system(keys.c_str()) != 0) fail("no window of " + command.front());
     std::this_thread::sleep_for(2s);
