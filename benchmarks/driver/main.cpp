@@ -63,7 +63,7 @@ void tellMachine(const bench::Run& run, bench::Report& report) {
         {"processor", lineOf("/proc/cpuinfo", "model name")},
         {"cores", std::to_string(sysconf(_SC_NPROCESSORS_ONLN))},
         {"memory", lineOf("/proc/meminfo", "MemTotal")},
-        {"system", lineOf("/etc/os-release", "PRETTY_NAME") + ", Linux " + kernel.release},
+        {"system", firstLineOf(". /etc/os-release && echo \"$PRETTY_NAME\"") + ", Linux " + kernel.release},
         {"OpenGL ES", renderer},
         {"load before the run", load},
         {"version", describe(run.build)}};

@@ -180,8 +180,6 @@ void measurePlayers(const Run& run, Report& report) {
     if (!flat[0].drawn.empty()) {
         report.add({.table = "players", .what = "flat, frames drawn", .value = median(flat[0].drawn), .unit = "%"});
     }
-    addPaused(run, film, report);
-    fs::remove(film);
 
     const std::string fisheye =
         makeFilm(run, "fisheye", "1920x1920", "v360=equirect:fisheye:h_fov=180:v_fov=180:w=1920:h=1920", frames);
@@ -190,6 +188,8 @@ void measurePlayers(const Run& run, Report& report) {
         frames, rounds);
     report.add(beside("fisheye unrolled", strip[0].milliseconds, "ms", "mpv", strip[1].milliseconds, unrollTarget));
     fs::remove(fisheye);
+    addPaused(run, film, report);
+    fs::remove(film);
 }
 
 }  // namespace bench
