@@ -12,11 +12,11 @@ namespace bench {
 /// How a run is made.
 struct Run {
     bool quick = false;
-    bool against = false;  // a worker with another version of the module is there
-    std::string build;     // the build's folder
-    std::string scratch;   // a folder of its own for large files
-    int rounds() const { return quick ? 2 : 5; }
-    int framesARound() const { return quick ? 20 : 50; }  // 30 a second
+    std::string against;  // another version of the module, for which a worker is there; empty for none
+    std::string build;    // the build's folder
+    std::string scratch;  // a folder of its own for large files
+    int rounds = quick ? 2 : 5;
+    int framesARound = quick ? 20 : 40;  // 30 a second
 };
 
 inline constexpr const char* viewNames[] = {"flat", "half sphere", "strip",    "four panes", "map",     "drum",

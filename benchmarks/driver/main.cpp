@@ -21,8 +21,10 @@ struct Options {
     std::string json;
     std::string docs;
     bool quick = false;
-    bool against = false;
+    std::string against;
 };
+
+constexpr double busy = 0.5;  // load of the last minute
 
 const std::vector<std::string> allGroups{"check", "views", "players", "growth", "micro"};
 
@@ -36,13 +38,18 @@ std::string lineOf(const char* path, const std::string& word) {
     return "unknown";
 }
 
-std::string firstLineOf(const char* command) {
+std::string firstLineOf(const std::string& command) {
     char line[200] = "";
-    std::FILE* const pipe = popen(command, "r");
+    std::FILE* const pipe = popen(command.c_str(), "r");
     if (!pipe) return "";
     if (std::fgets(line, sizeof line, pipe)) line[std::strcspn(line, "\n")] = 0;
     pclose(pipe);
     return line;
+}
+
+// The commit of a checkout, from any folder in it.
+std::string describe(const std::string& folder) {
+    return firstLineOf("cd '" + folder + "' && git describe --always --dirty --abbrev=7 2>/dev/null");
 }
 
 void tellMachine(const bench::Run& run, bench::Report& report) {
@@ -51,13 +58,18 @@ void tellMachine(const bench::Run& run, bench::Report& report) {
     bench::Worker floor(bench::workerCommand(run, "floor", {.view = 0}));
     std::string renderer = floor.ask("about");
     renderer.erase(std::remove(renderer.begin(), renderer.end(), '\n'), renderer.end());
-    report.setMachine({{"processor", lineOf("/proc/cpuinfo", "model name")},
-                       {"cores", std::to_string(sysconf(_SC_NPROCESSORS_ONLN))},
-                       {"memory", lineOf("/proc/meminfo", "MemTotal")},
-                       {"system", lineOf("/etc/os-release", "PRETTY_NAME") + ", Linux " + kernel.release},
-                       {"OpenGL ES", renderer},
-                       {"version", firstLineOf("git describe --always --dirty 2>/dev/null")},
-                       {"load before the run", firstLineOf("cut -d' ' -f1 /proc/loadavg")}});
+    const std::string load = firstLineOf("cut -d' ' -f1 /proc/loadavg");
+    std::vector<std::pair<std::string, std::string>> machine{
+        {"processor", lineOf("/proc/cpuinfo", "model name")},
+        {"cores", std::to_string(sysconf(_SC_NPROCESSORS_ONLN))},
+        {"memory", lineOf("/proc/meminfo", "MemTotal")},
+        {"system", firstLineOf(". /etc/os-release && echo \"$PRETTY_NAME\"") + ", Linux " + kernel.release},
+        {"OpenGL ES", renderer},
+        {"load before the run", load},
+        {"version", describe(run.build)}};
+    if (!run.against.empty()) machine.push_back({"version before", describe(run.against)});
+    report.setMachine(machine);
+    if (std::stod(load) > busy) std::fputs("bench: the machine is busy: these numbers will be too large\n", stderr);
 }
 
 bool measure(const Options& options, const bench::Run& run, bench::Report& report) {
@@ -96,18 +108,18 @@ int main(int argc, char** argv) {
     app.add_option("GROUP", options.groups, "check, views, players, growth, micro; all of them without one")
         ->check(CLI::IsMember(allGroups));
     app.add_flag("--quick", options.quick, "A short run, with numbers that jump");
-    app.add_flag("--against", options.against, "Compare with the other version that the build has a worker for");
+    app.add_option("--against", options.against, "Compare with the module of another checkout, which is built there")
+        ->type_name("DIR");
     app.add_option("--json", options.json, "Write all numbers into this file");
     app.add_option("--docs", options.docs, "Write tables and plots into this folder's performance.md and pictures/");
     CLI11_PARSE(app, argc, argv);
 
     const Scratch scratch;
     const fs::path self = fs::read_symlink("/proc/self/exe");
-    bench::Run run;
-    run.quick = options.quick;
-    run.build = self.parent_path().parent_path().string();
-    run.against = options.against;
-    run.scratch = scratch.path();
+    const bench::Run run{.quick = options.quick,
+                         .against = options.against,
+                         .build = self.parent_path().parent_path().string(),
+                         .scratch = scratch.path()};
 
     bench::Report report;
     const bool same = measure(options, run, report);

@@ -135,7 +135,7 @@ Doings doingsOf(pid_t pid) {
 Doings doingsPaused(const Command& command) {
     const Program player(command);
     std::this_thread::sleep_for(2s);
-    const std::string keys = "xdotool search --onlyvisible --sync --pid " + std::to_string(player.pid()) +
+    const std::string keys = "timeout 20 xdotool search --onlyvisible --sync --pid " + std::to_string(player.pid()) +
                              " windowfocus key space >/dev/null 2>&1";
     if (std::system(keys.c_str()) != 0) fail("no window of " + command.front());
     std::this_thread::sleep_for(2s);
@@ -180,8 +180,6 @@ void measurePlayers(const Run& run, Report& report) {
     if (!flat[0].drawn.empty()) {
         report.add({.table = "players", .what = "flat, frames drawn", .value = median(flat[0].drawn), .unit = "%"});
     }
-    addPaused(run, film, report);
-    fs::remove(film);
 
     const std::string fisheye =
         makeFilm(run, "fisheye", "1920x1920", "v360=equirect:fisheye:h_fov=180:v_fov=180:w=1920:h=1920", frames);
@@ -190,6 +188,8 @@ void measurePlayers(const Run& run, Report& report) {
         frames, rounds);
     report.add(beside("fisheye unrolled", strip[0].milliseconds, "ms", "mpv", strip[1].milliseconds, unrollTarget));
     fs::remove(fisheye);
+    addPaused(run, film, report);
+    fs::remove(film);
 }
 
 }  // namespace bench

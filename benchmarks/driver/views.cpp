@@ -33,7 +33,7 @@ double meanDifference(const std::vector<unsigned char>& a, const std::vector<uns
 }
 
 void addHeap(const Run& run, Worker& module, const char* view, Report& report) {
-    std::istringstream answer(module.ask("heap " + std::to_string(run.framesARound())));
+    std::istringstream answer(module.ask("heap " + std::to_string(run.framesARound)));
     double own = 0;
     double driver = 0;
     double drawn = 0;
@@ -61,8 +61,8 @@ std::vector<std::string> workerCommand(const Run& run, const std::string& name, 
 
 std::vector<std::vector<double>> measureInTurn(const Run& run, const std::vector<Worker*>& workers) {
     std::vector<std::vector<double>> times(workers.size());
-    const std::string question = "run " + std::to_string(run.framesARound());
-    for (int round = 0; round < run.rounds(); ++round) {
+    const std::string question = "run " + std::to_string(run.framesARound);
+    for (int round = 0; round < run.rounds; ++round) {
         for (std::size_t i = 0; i < workers.size(); ++i) {
             const std::size_t turn = round % 2 ? workers.size() - 1 - i : i;
             std::istringstream answer(workers[turn]->ask(question));
@@ -104,7 +104,7 @@ void measureViews(const Run& run, Report& report) {
         Worker floor(workerCommand(run, "floor", {.view = view}));
         std::vector<Worker*> workers{&module, &floor};
         std::unique_ptr<Worker> other;
-        if (run.against) {
+        if (!run.against.empty()) {
             other = std::make_unique<Worker>(workerCommand(run, "against", {.view = view}));
             workers.push_back(other.get());
         }
