@@ -39,13 +39,13 @@ int readPixels(const Viewport& part, void* data) {
 }  // namespace
 
 FrameReader::~FrameReader() {
-    if (_program.name == 0) return;
+    if (!_program.isBuilt()) return;
     glDeleteTextures(1, &_picture);
     glDeleteFramebuffers(1, &_frameBuffer);
 }
 
 int FrameReader::makeReady() {
-    if (_program.name != 0) return 0;
+    if (_program.isBuilt()) return 0;
     if (_program.build(vertexStage, {mainStep}) != 0) return -1;
     _quad.load(corners);
     glGenTextures(1, &_picture);

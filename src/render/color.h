@@ -17,6 +17,8 @@ struct ColorTransform {
     float greenOfU;
     float greenOfV;
     float blueOfU;
+
+    bool operator==(const ColorTransform&) const = default;
 };
 
 /// What holds until the player says more: full-range Y, the luma of ITU-R BT.601 with the weights of analogue U and V

@@ -1,6 +1,7 @@
 #include "render/program.h"
 
 #include <atomic>
+#include <charconv>
 
 #include "render/shaderpieces.h"
 #include "zet/zetlog.h"
@@ -45,6 +46,20 @@ GLuint linkProgram(GLuint vertexShader, GLuint fragmentShader) {
     return 0;
 }
 
+// A GLSL constant; the player's locale has no say in it.
+std::string literal(float value) {
+    char digits[32];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific).ptr;
+    return {digits, end};
+}
+
+// The constants that `planeSampling` reads.
+std::string colorConstants(const ColorTransform& color) {
+    return "const vec3 levels = vec3(" + literal(color.luma) + ", " + literal(color.lumaOffset) + ", " +
+           literal(color.chromaMiddle) + ");\nconst vec4 weights = vec4(" + literal(color.redOfV) + ", " +
+           literal(color.greenOfU) + ", " + literal(color.greenOfV) + ", " + literal(color.blueOfU) + ");\n";
+}
+
 }  // namespace
 
 GLuint buildProgram(const char* vertexSource, const char* fragmentSource) {
@@ -77,28 +92,43 @@ void checkFragmentPrecision() {
     ZETLog::instance().error("fragments have no high precision here: large pictures lose detail");
 }
 
-int FrameProgram::build(const char* vertexStage, std::initializer_list<const char*> pieces) {
-    std::string fragmentStage = joinFragment({frameDeclarations, planeSampling, lensSampling});
-    for (const char* const piece : pieces) fragmentStage += piece;
-    name = buildProgram(vertexStage, fragmentStage.c_str());
-    if (name == 0) return -1;
-    mapMatrixLoc = uniform("u_mapMatrix");
-    levelsLoc = uniform("levels");
-    weightsLoc = uniform("weights");
-    regionLoc = uniform("region");
-    glUseProgram(name);
-    glUniform1i(uniform("y_texture"), lumaUnit);
-    glUniform1i(uniform("uv_texture"), chromaUnit);
+FrameProgram::~FrameProgram() {
+    glDeleteProgram(_name);
+}
+
+int FrameProgram::build(const char* vertexStage, std::initializer_list<const char*> pieces,
+                        std::initializer_list<const char*> uniforms) {
+    _vertexStage = vertexStage;
+    _pieces = pieces;
+    _uniforms = uniforms;
+    return buildFor(defaultColor);
+}
+
+int FrameProgram::buildFor(const ColorTransform& color) {
+    _color = color;
+    const std::string colors = colorConstants(color);
+    std::string fragmentStage = joinFragment({frameDeclarations, colors.c_str(), planeSampling, lensSampling});
+    for (const char* const piece : _pieces) fragmentStage += piece;
+    const GLuint program = buildProgram(_vertexStage, fragmentStage.c_str());
+    if (program == 0) return -1;
+    glDeleteProgram(_name);
+    _name = program;
+    const auto location = [program](const char* name) { return glGetUniformLocation(program, name); };
+    _mapMatrixLoc = location("u_mapMatrix");
+    _regionLoc = location("region");
+    _uniformLocs.clear();
+    for (const char* const name : _uniforms) _uniformLocs.push_back(location(name));
+    glUseProgram(program);
+    glUniform1i(location("y_texture"), lumaUnit);
+    glUniform1i(location("uv_texture"), chromaUnit);
     return 0;
 }
 
-void FrameProgram::use(const Frame& frame) const {
-    glUseProgram(name);
-    const ColorTransform& color = frame.color;
-    glUniform3f(levelsLoc, color.luma, color.lumaOffset, color.chromaMiddle);
-    glUniform4f(weightsLoc, color.redOfV, color.greenOfU, color.greenOfV, color.blueOfU);
+void FrameProgram::use(const Frame& frame) {
+    if (frame.color != _color) buildFor(frame.color);  // where that fails, the old colours stay, and the log says why
+    glUseProgram(_name);
     const RegionMap& region = frame.region;
-    glUniform4f(regionLoc, region.centreX, region.centreY, region.halfWidth, region.halfHeight);
+    glUniform4f(_regionLoc, region.centreX, region.centreY, region.halfWidth, region.halfHeight);
 }
 
 }  // namespace zet::ZETShow

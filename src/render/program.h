@@ -4,6 +4,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "render/frame.h"
 
@@ -24,27 +25,41 @@ std::string joinFragment(std::initializer_list<const char*> pieces);
 /// Says in the log, once in the process, if the GL computes fragments in half precision only.
 void checkFragmentPrecision();
 
-/// A program that samples the frame, and the locations of what all such programs share.
-struct FrameProgram {
+/// A program that samples the frame. The frame's colours are constants of it: it is built anew when they change.
+class FrameProgram {
+public:
     FrameProgram() = default;
-    ~FrameProgram() { glDeleteProgram(name); }
+    ~FrameProgram();
     FrameProgram(const FrameProgram&) = delete;
     FrameProgram& operator=(const FrameProgram&) = delete;
 
-    /// `pieces` are the view's own, in front of them come the declarations, `samplePlanes` and `sampleLens`. 0, or -1
-    /// if the program doesn't build.
-    int build(const char* vertexStage, std::initializer_list<const char*> pieces);
-    /// Takes the program into use, with the frame's colours and lens region.
-    void use(const Frame& frame) const;
+    /// The fragment stage is `pieces`, behind the declarations, `samplePlanes` and `sampleLens`. `uniforms` are floats
+    /// of the view's own, which `set` then knows by their order. All texts are literals. 0, or -1 if it doesn't build.
+    int build(const char* vertexStage, std::initializer_list<const char*> pieces,
+              std::initializer_list<const char*> uniforms = {});
+    /// Takes the program into use for `frame`.
+    void use(const Frame& frame);
     /// For the program in use: what a_position is multiplied with.
-    void setMatrix(const float* matrix) const { glUniformMatrix4fv(mapMatrixLoc, 1, GL_FALSE, matrix); }
-    GLint uniform(const char* uniformName) const { return glGetUniformLocation(name, uniformName); }
+    void setMatrix(const float* matrix) const { glUniformMatrix4fv(_mapMatrixLoc, 1, GL_FALSE, matrix); }
+    /// For the program in use, each time: the view's own uniforms.
+    void set(std::size_t uniform, float value) const { glUniform1f(_uniformLocs[uniform], value); }
+    void setMatrix(std::size_t uniform, const float* matrix) const {
+        glUniformMatrix4fv(_uniformLocs[uniform], 1, GL_FALSE, matrix);
+    }
+    bool isBuilt() const { return _name != 0; }
 
-    GLuint name = 0;
-    GLint mapMatrixLoc = -1;
-    GLint levelsLoc = -1;
-    GLint weightsLoc = -1;
-    GLint regionLoc = -1;
+private:
+    int buildFor(const ColorTransform& color);
+
+    const char* _vertexStage = nullptr;
+    std::vector<const char*> _pieces;
+    std::vector<const char*> _uniforms;
+    ColorTransform _color = defaultColor;  // that it was built for, or that could not be built
+
+    GLuint _name = 0;
+    GLint _mapMatrixLoc = -1;
+    GLint _regionLoc = -1;
+    std::vector<GLint> _uniformLocs;
 };
 
 }  // namespace zet::ZETShow

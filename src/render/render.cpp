@@ -28,7 +28,7 @@ Render::Render(DisplayConfig* config, float touchScale, Display* display)
 Render::~Render() {
     auto& log = ZETLog::instance();
     log.error("~Render");
-    if (_program.name != 0) log.error("~Render _program");
+    if (_program.isBuilt()) log.error("~Render _program");
 }
 
 int Render::onTouchDown(float, float) {

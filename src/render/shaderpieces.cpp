@@ -16,8 +16,6 @@ void main() {
 const char* const frameDeclarations = R"(
 uniform sampler2D y_texture;
 uniform sampler2D uv_texture;
-uniform vec3 levels;
-uniform vec4 weights;
 uniform vec4 region;
 varying vec2 v_texCoord;
 )";

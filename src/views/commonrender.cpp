@@ -53,8 +53,6 @@ void main() {
 }
 )";
 
-const char* const lensNames[] = {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"};
-
 // Corners of a whole picture in triangle-strip order.
 constexpr float baseTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
 
@@ -88,10 +86,9 @@ int CommonRender::init() {
 
 int CommonRender::createProgram() {
     if (_program.build(frameVertexStage, {plainMain}) != 0) return -1;
-    if (_correctedProgram.build(frameVertexStage, {lensStep, correctedMain}) != 0) return -1;
-    for (int i = 0; i < 9; ++i) _lensLocs[i] = _correctedProgram.uniform(lensNames[i]);
     setQuad(0.0f, 1.0f, 1.0f, 0.0f);
-    return 0;
+    return _correctedProgram.build(frameVertexStage, {lensStep, correctedMain},
+                                   {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"});
 }
 
 void CommonRender::registerObservers() {
@@ -196,8 +193,9 @@ bool CommonRender::zoomIsInForce(const Frame& frame) const {
 }
 
 void CommonRender::drawQuad(const Frame& frame) {
-    const FrameProgram& program = _corrects ? _correctedProgram : _program;
+    FrameProgram& program = _corrects ? _correctedProgram : _program;
     program.use(frame);
+    for (std::size_t i = 0; _corrects && i < _lensNumbers.size(); ++i) program.set(i, _lensNumbers[i]);
     program.setMatrix(_matrixState.computeMvp());
     _quad.bind();
     _quad.draw();
@@ -265,8 +263,8 @@ void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* i
 int CommonRender::setLensParam(const LensParam* lens) {
     if (!lens) return RENDER_NOT_HANDLED;
     const double values[] = {lens->k1, lens->k2, lens->k3, lens->p1, lens->p2, lens->fx, lens->fy, lens->ox, lens->oy};
-    glUseProgram(_correctedProgram.name);
-    for (int i = 0; i < 9; ++i) glUniform1f(_lensLocs[i], static_cast<float>(values[i]));
+    std::transform(std::begin(values), std::end(values), _lensNumbers.begin(),
+                   [](double value) { return static_cast<float>(value); });
     setQuad(static_cast<float>(lens->leftMargin), static_cast<float>(lens->bottomMargin + 1.0),
             static_cast<float>(lens->rightMargin + 1.0), static_cast<float>(lens->topMargin));
     _corrects = static_cast<float>(lens->k1) != 0.0f;

@@ -70,8 +70,8 @@ private:
     int _faceOption = FACE_BOX;                   // `FaceOption` bits; fixed once `_aiRectRender` stands
 
     FrameProgram _correctedProgram;
-    bool _corrects = false;                                     // it draws, not `_program`
-    GLint _lensLocs[9] = {-1, -1, -1, -1, -1, -1, -1, -1, -1};  // k1 k2 k3 p1 p2 fx fy ox oy
+    bool _corrects = false;                  // it draws, not `_program`
+    std::array<float, 9> _lensNumbers = {};  // k1 k2 k3 p1 p2 fx fy ox oy
 };
 
 }  // namespace zet::ZETShow

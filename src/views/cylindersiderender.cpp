@@ -58,10 +58,8 @@ int CylinderSideRender::init() {
 }
 
 int CylinderSideRender::createProgram() {
-    if (_program.build(vertexStage, {mainStep}) != 0) return -1;
-    _cutLoc = _program.uniform("cut");
     _strip.load(strip);
-    return 0;
+    return _program.build(vertexStage, {mainStep}, {"cut"});
 }
 
 int CylinderSideRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
@@ -70,7 +68,7 @@ int CylinderSideRender::render(int surfaceWidth, int surfaceHeight, const Frame&
     glClear(GL_COLOR_BUFFER_BIT);
     setViewport({0, 0, surfaceWidth, surfaceHeight});
     _motion.step();
-    if (_program.name != 0) draw(frame);
+    if (_program.isBuilt()) draw(frame);
     return 0;
 }
 
@@ -79,7 +77,7 @@ void CylinderSideRender::draw(const Frame& frame) {
     matrixLookAt(_matrix._viewMatrix, 0, 0, _motion._eyeZ, 0, 0, 0, 0, 1, 0);
     _program.use(frame);
     _program.setMatrix(_matrix.computeMvp());
-    glUniform1f(_cutLoc, _motion._ptZm);
+    _program.set(0, _motion._ptZm);
     _strip.bind();
     _strip.draw();
 }

@@ -37,7 +37,6 @@ private:
 
     // Fixed after `init`.
     Mesh _strip;
-    GLint _cutLoc = -1;
 };
 
 }  // namespace zet::ZETShow

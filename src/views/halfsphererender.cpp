@@ -55,10 +55,10 @@ int HalfSphereRender::init() {
 }
 
 int HalfSphereRender::createProgram() {
-    if (_program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, farBowl}) != 0) return -1;
-    if (_nearProgram.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, nearBowl}) != 0) return -1;
-    _shareLoc = _program.uniform("share");
-    _nearShareLoc = _nearProgram.uniform("share");
+    const auto build = [](FrameProgram& program, const char* mainStep) {
+        return program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, mainStep}, {"share"});
+    };
+    if (build(_program, farBowl) != 0 || build(_nearProgram, nearBowl) != 0) return -1;
     return _scene.createPrograms();
 }
 
@@ -87,14 +87,10 @@ void HalfSphereRender::drawBowl(const Frame& frame) {
     lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
     const float distance = _motion.fratio();
     const bool isFar = distance >= evenDistance;
-    const FrameProgram& program = isFar ? _program : _nearProgram;
+    FrameProgram& program = isFar ? _program : _nearProgram;
     program.use(frame);
     program.setMatrix(_sphereMatrix.computeMvp());
-    if (isFar) {
-        glUniform1f(_shareLoc, (distance - evenDistance) * 2.0f);
-    } else {
-        glUniform1f(_nearShareLoc, distance * sineShare / evenDistance + 1.0f - sineShare);
-    }
+    program.set(0, isFar ? (distance - evenDistance) * 2.0f : distance * sineShare / evenDistance + 1.0f - sineShare);
     _dome.bind();
     _dome.draw();
 }

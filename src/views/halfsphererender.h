@@ -36,8 +36,6 @@ private:
     Mesh _dome;
     bool _ready = false;  // the programs are built
     FrameProgram _nearProgram;
-    GLint _shareLoc = -1;
-    GLint _nearShareLoc = -1;
 
     HalfSphereMotion _motion;
     SurfaceSize _surface;

@@ -63,10 +63,7 @@ int WallOneView180Render::init() {
 }
 
 int WallOneView180Render::createProgram() {
-    if (_program.build(vertexStage, {mainStep}) != 0) return -1;
-    _xCoffLoc = _program.uniform("xCoff");
-    _zCoffLoc = _program.uniform("zCoff");
-    return 0;
+    return _program.build(vertexStage, {mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
@@ -89,8 +86,8 @@ void WallOneView180Render::draw(const Frame& frame) {
     zoom.updateCamera(_matrixState);
     _program.use(frame);
     _program.setMatrix(_matrixState.computeMvp());
-    glUniform1f(_xCoffLoc, zoom._coff.x);
-    glUniform1f(_zCoffLoc, zoom._coff.z);
+    _program.set(0, zoom._coff.x);
+    _program.set(1, zoom._coff.z);
     _dome.bind();
     _dome.draw();
 }

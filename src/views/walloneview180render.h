@@ -33,8 +33,6 @@ private:
     // Fixed after `init`.
     Mesh _dome;
     bool _ready = false;
-    GLint _xCoffLoc = -1;
-    GLint _zCoffLoc = -1;
 
     MatrixState _matrixState;
 };

@@ -56,10 +56,7 @@ int WallOneViewRender::init() {
 }
 
 int WallOneViewRender::createProgram() {
-    if (_program.build(vertexStage, {evenRadius, lensPoint, mainStep}) != 0) return -1;
-    _xCoffLoc = _program.uniform("xCoff");
-    _zCoffLoc = _program.uniform("zCoff");
-    return 0;
+    return _program.build(vertexStage, {evenRadius, lensPoint, mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
@@ -81,8 +78,8 @@ void WallOneViewRender::draw(const Frame& frame) {
     _zoom.updateCamera(_matrixState);
     _program.use(frame);
     _program.setMatrix(_matrixState.computeMvp());
-    glUniform1f(_xCoffLoc, _zoom._coff.x);
-    glUniform1f(_zCoffLoc, _zoom._coff.z);
+    _program.set(0, _zoom._coff.x);
+    _program.set(1, _zoom._coff.z);
     _dome.bind();
     _dome.draw();
 }

@@ -51,9 +51,7 @@ void main() {
 int DetailArea::init(FrameProgram& plain) {
     _dome.load(makeDome(onSphere));
     if (plain.build(frameVertexStage, {evenRadius, lensPointOpposite, domeColor, plainMain}) != 0) return -1;
-    if (_mapProgram.build(mapVertexStage, {evenRadius, lensPointOpposite, domeColor, litMain}) != 0) return -1;
-    _detailMatrixLoc = _mapProgram.uniform("u_mapMatrixRect");
-    return 0;
+    return _mapProgram.build(mapVertexStage, {evenRadius, lensPointOpposite, domeColor, litMain}, {"u_mapMatrixRect"});
 }
 
 void DetailArea::layoutPanes(int width, int height) {
@@ -66,17 +64,17 @@ void DetailArea::layoutPanes(int width, int height) {
     _mapPane = {x, y, side, side};
 }
 
-void DetailArea::drawDetail(const FrameProgram& plain, const Frame& frame, const float* detailMatrix) const {
+void DetailArea::drawDetail(FrameProgram& plain, const Frame& frame, const float* detailMatrix) const {
     plain.use(frame);
     plain.setMatrix(detailMatrix);
     _dome.bind();
     _dome.draw();
 }
 
-void DetailArea::drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix) const {
+void DetailArea::drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix) {
     _mapProgram.use(frame);
     _mapProgram.setMatrix(mapMatrix);
-    glUniformMatrix4fv(_detailMatrixLoc, 1, GL_FALSE, detailMatrix);
+    _mapProgram.setMatrix(0, detailMatrix);
     _dome.bind();
     _dome.draw();
 }

@@ -16,9 +16,9 @@ public:
     void layoutPanes(int width, int height);
 
     /// Draws the dome into the viewport in force, for the detail's combined matrix.
-    void drawDetail(const FrameProgram& plain, const Frame& frame, const float* detailMatrix) const;
+    void drawDetail(FrameProgram& plain, const Frame& frame, const float* detailMatrix) const;
     /// The same for the map's, lit up where the detail's looks.
-    void drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix) const;
+    void drawMap(const Frame& frame, const float* mapMatrix, const float* detailMatrix);
 
     const Viewport& detailPane() const { return _detailPane; }
     const Viewport& mapPane() const { return _mapPane; }
@@ -28,7 +28,6 @@ private:
     Viewport _mapPane;
     Mesh _dome;
     FrameProgram _mapProgram;
-    GLint _detailMatrixLoc = -1;
 };
 
 }  // namespace zet::ZETShow
