@@ -232,13 +232,12 @@ bool MediaSource::next(Picture& picture) {
         fail("damaged, " + std::to_string(_number) + (_number == 1 ? " picture" : " pictures") +
              " decoded: " + _damage);
     }
+    stamp(*frame, picture);
     try {
         _converter->convert(*frame, picture);
     } catch (const Failure& failure) {
         fail(failure.what());
     }
-    stamp(*frame, picture);
-    av_frame_unref(frame);
     return true;
 }
 

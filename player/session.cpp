@@ -77,6 +77,7 @@ Session::Session(const Options& given)
       feed(*source, driver),
       _view(given.view) {
     feed.loop = options.loop;
+    feed.setColor(options.frameColor);
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
     if (const auto* region = std::get_if<LensRegion>(&options.lens)) feed.setLens(*region);
     if (std::holds_alternative<NoLens>(options.lens)) feed.setLens(std::nullopt);
