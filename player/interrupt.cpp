@@ -35,4 +35,12 @@ int interrupted() {
     return received;
 }
 
+void interruptCall(std::thread& thread) {
+    struct sigaction action {};
+    action.sa_handler = [](int) {};
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGUSR1, &action, nullptr);
+    pthread_kill(thread.native_handle(), SIGUSR1);
+}
+
 }  // namespace zetplay

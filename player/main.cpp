@@ -69,7 +69,8 @@ int run(const Options& options) {
     } catch (...) {
         // What was shown up to a damaged place of the input, or a wrong line, is still worth its picture and recording.
         finish(session, stats);
-        throw;
+        if (!interrupted()) throw;
+        return 128 + interrupted();
     }
     finish(session, stats);
     return interrupted() ? 128 + interrupted() : 0;

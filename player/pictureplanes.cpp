@@ -1,7 +1,6 @@
 #include "pictureplanes.h"
 
 #include <cstring>
-#include <new>
 
 extern "C" {
 #include <libavutil/buffer.h>
@@ -24,21 +23,12 @@ PlaneView turned(const PlaneView& plane, int quarterTurns) {
     }
 }
 
-void PlanePool::Unneeded::operator()(AVBufferPool* pool) const {
-    av_buffer_pool_uninit(&pool);
-}
-
 Planes PlanePool::shape(Picture& picture, int width, int height) {
     picture.memory.reset();
     const int lineSize = (width + 3) / 4 * 4;
     const std::size_t luma = static_cast<std::size_t>(lineSize) * static_cast<std::size_t>(height);
     const std::size_t chroma = luma / 4;
-    if (!_pool || _size != luma + 2 * chroma) {
-        _size = luma + 2 * chroma;
-        _pool.reset(av_buffer_pool_init(_size, nullptr));
-    }
-    AVBufferRef* const buffer = _pool ? av_buffer_pool_get(_pool.get()) : nullptr;
-    if (!buffer) throw std::bad_alloc();
+    AVBufferRef* const buffer = _buffers.get(luma + 2 * chroma);
     picture.memory = std::shared_ptr<AVBufferRef>(buffer, [](AVBufferRef* owned) { av_buffer_unref(&owned); });
     const Planes planes{lineSize, lineSize / 2, buffer->data, buffer->data + luma, buffer->data + luma + chroma};
     picture.width = width;

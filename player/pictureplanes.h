@@ -2,11 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
+#include "bufferpool.h"
 #include "source.h"
-
-struct AVBufferPool;
 
 namespace zetplay {
 
@@ -32,7 +30,7 @@ struct Planes {
     std::uint8_t* v = nullptr;
 };
 
-/// Memory for pictures. What the last owner of one gives back, on any thread, serves the next of its size.
+/// Memory for pictures, used again.
 class PlanePool {
 public:
     /// Gives `picture` its size, line sizes and planes, to be written before anybody else has it; both sides are even
@@ -41,12 +39,7 @@ public:
     Planes shape(Picture& picture, int width, int height);
 
 private:
-    struct Unneeded {
-        void operator()(AVBufferPool* pool) const;
-    };
-
-    std::unique_ptr<AVBufferPool, Unneeded> _pool;
-    std::size_t _size = 0;
+    BufferPool _buffers;
 };
 
 /// Copies samples between pictures of one shape.

@@ -1,8 +1,9 @@
 #include "playback.h"
 
-#include <thread>
+#include <memory>
 #include <utility>
 
+#include "interrupt.h"
 #include "wakeup.h"
 
 namespace zetplay {
@@ -17,6 +18,8 @@ constexpr auto mostLate = 100ms;
 constexpr int mostDropped = 8;
 // Views that turn by themselves do so with each draw and ask for none. A request is worth 30 draws, half a second.
 constexpr int rotationMs = 400;
+// For the picture in work when the user quits.
+constexpr auto patience = 50ms;
 
 }  // namespace
 
@@ -28,19 +31,26 @@ Playback::Playback(Session& session) : _session(session), _controls(session) {
 void Playback::run() {
     {
         std::thread pictures([this] { playToEnd(); });
-        const auto end = [this, &pictures](void*) {
-            {
-                const std::lock_guard lock(_mutex);
-                _quit = true;
-            }
-            _changed.notify_one();
-            pictures.join();
-        };
+        const auto end = [this, &pictures](void*) { endPictures(pictures); };
         const std::unique_ptr<void, decltype(end)> whateverHappens(this, end);
         for (handleUser(); !done() && !_session.closing(); handleUser()) _session.window->waitForEvents(patienceMs());
     }
     if (_failure) std::rethrow_exception(_failure);
     _session.driver.waitDrawn();
+}
+
+void Playback::endPictures(std::thread& pictures) {
+    {
+        std::unique_lock lock(_mutex);
+        _quit = true;
+        _changed.notify_all();
+        // It may be waiting for data.
+        for (bool first = true; !_done; first = false) {
+            if (!first) interruptCall(pictures);
+            _changed.wait_for(lock, patience, [this] { return _done; });
+        }
+    }
+    pictures.join();
 }
 
 void Playback::handleUser() {
@@ -53,7 +63,7 @@ void Playback::handleUser() {
         _resend = _controls.takeResend() || _resend;
         rotates = _controls.autoRotating() && (_paused || _ended);
     }
-    _changed.notify_one();
+    _changed.notify_all();
     if (rotates) _session.driver.requestRedraw();
 }
 
@@ -71,10 +81,12 @@ void Playback::playToEnd() {
     try {
         play();
     } catch (...) {
-        _failure = std::current_exception();
+        // Nobody asks any more how a read has ended that was given up.
+        if (!_session.closing()) _failure = std::current_exception();
     }
     const std::lock_guard lock(_mutex);
     _done = true;
+    _changed.notify_all();
     wake();
 }
 

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <thread>
 
 #include "controls.h"
 #include "session.h"
@@ -27,6 +28,7 @@ private:
     // The window's thread.
 
     void handleUser();
+    void endPictures(std::thread& pictures);
     int patienceMs();
     bool done();
 

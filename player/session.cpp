@@ -76,6 +76,7 @@ Session::Session(const Options& given)
       window(std::make_unique<Window>(given.width, given.height, given.headless)),
       feed(*source, driver),
       _view(given.view) {
+    source->giveUpWhen([this] { return closing(); });
     feed.loop = options.loop;
     feed.setColor(options.frameColor);
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -39,6 +40,9 @@ public:
     /// The next picture in the place of `picture`, which gives its memory back first; false at the end of the input.
     /// Throws `Failure` where the input is damaged; what was decoded until then has been given.
     virtual bool next(Picture& picture) = 0;
+    /// A read that waits for data gives up when a signal comes or time passes and `given` says so: any thread. What
+    /// `next` throws then means nothing.
+    virtual void giveUpWhen(std::function<bool()> given) { static_cast<void>(given); }
     /// Back to the first picture.
     virtual void rewind() = 0;
     /// One picture and no more: a still.

@@ -88,6 +88,13 @@ std::array<double, 3> shownColour(int quarter) {
     return {y + 1.13983 * v, y - 0.39465 * u - 0.58060 * v, y + 2.03211 * u};
 }
 
+std::vector<std::uint8_t> samplesOf(const Picture& picture) {
+    std::vector<std::uint8_t> samples(picture.y, picture.y + picture.height * picture.yLineSize);
+    for (const std::uint8_t* plane : {picture.u, picture.v})
+        samples.insert(samples.end(), plane, plane + picture.height / 2 * picture.uvLineSize);
+    return samples;
+}
+
 std::vector<Picture> picturesOf(const std::string& path) {
     const auto source = openMedia(path);
     std::vector<Picture> pictures;
