@@ -131,7 +131,7 @@ MediaSource::MediaSource(std::string path) : _path(std::move(path)) {
     open();
     if (_decoded == 0) fail("no picture can be decoded: " + (_damage.empty() ? "damaged or cut short" : _damage));
     _still = _decoded == 1 && _damage.empty();
-    const AVRational rate = av_guess_frame_rate(_format.get(), _stream, nullptr);
+    const AVRational rate = _raw ? av_inv_q(_stream->time_base) : av_guess_frame_rate(_format.get(), _stream, nullptr);
     if (!_still && rate.num > 0 && rate.den > 0) _frameRate = av_q2d(rate);
 }
 
