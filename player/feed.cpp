@@ -29,8 +29,8 @@ void Feed::show() {
     if (!_stillShown) _last = std::move(_picture);
     _stillShown = _source.still();
     _waiting = false;
-    ++_shown;
     set();
+    ++_shown;
 }
 
 void Feed::drop() {
