@@ -49,12 +49,14 @@ bool DrawWatch::waitFrame(Duration most) {
     std::unique_lock lock(_mutex);
     const bool certain = _draws == _drawsBefore;
     const auto end = certain ? Clock::now() + most : _lastDraw + paceAndABit;
-    return _changed.wait_until(lock, end, [this] { return !_pending; });
+    const bool known = _changed.wait_until(lock, end, [this] { return !_pending; });
+    _drawsUntilDue = _draws;
+    return known;
 }
 
-void DrawWatch::settled() {
+void DrawWatch::dueDrawn() {
     const std::lock_guard lock(_mutex);
-    _owed = 0;
+    if (_draws == _drawsUntilDue) _owed = 0;
     if (_pending && _draws != _drawsBefore) frameDrawn();
     _pending = false;
 }

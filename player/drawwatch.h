@@ -11,7 +11,7 @@ namespace zetplay {
 ///
 /// A notice that comes while a frame is being set may belong to an earlier redraw or to the frame. It is the frame's if
 /// no redraw was owed, for which the requests are counted. Otherwise the frame counts as drawn with a later notice, or
-/// with none if `settled` says that no draw is owed any more.
+/// when `dueDrawn` says that none is to come.
 class DrawWatch {
 public:
     using Duration = std::chrono::steady_clock::duration;
@@ -28,8 +28,8 @@ public:
     /// Returns when the frame set last has been drawn; false if that can't be told yet. Waits at most so long: `most`,
     /// or a pace from the last draw on where a notice need not come.
     bool waitFrame(Duration most);
-    /// No draw is owed any more.
-    void settled();
+    /// After a wait in vain: the draw that was due then, if there was one, has been made.
+    void dueDrawn();
 
     /// Returns after so many further draws, or when none has come for `quiet`. Any thread.
     void waitDraws(std::uint32_t draws, Duration quiet);
@@ -53,6 +53,7 @@ private:
     bool _setting = false;
     bool _alone = false;  // no redraw was owed in its set
     std::uint32_t _drawsBefore = 0;
+    std::uint32_t _drawsUntilDue = 0;
 };
 
 }  // namespace zetplay

@@ -106,7 +106,7 @@ void Driver::waitDrawn() {
     // comes back only when the render thread waits again, and it does not wait before it has drawn what is due.
     zet::SnapData refused;
     _bus.setConfig(zet::DCFG_SNAP, &refused);
-    _draws.settled();
+    _draws.dueDrawn();
 }
 
 void Driver::settle() {
