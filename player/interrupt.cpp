@@ -18,6 +18,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 }  // namespace
 
 void watchInterrupts() {
+    wake();  // from now on a signal handler may
     struct sigaction action {};
     action.sa_handler = [](int signal) {
         const int error = errno;
