@@ -72,7 +72,7 @@ public:
     explicit MediaSource(std::string path);
 
     bool next(Picture& picture) override;
-    void giveUpWhen(std::function<bool()> given) override { _givenUp = std::move(given); }
+    void giveUpWhen(const std::function<bool()>& given) override { _givenUp = given; }
     void rewind() override;
     bool still() const override { return _still; }
     double frameRate() const override { return _frameRate; }

@@ -42,7 +42,7 @@ public:
     virtual bool next(Picture& picture) = 0;
     /// A read that waits for data gives up when a signal comes or time passes and `given` says so: any thread. What
     /// `next` throws then means nothing.
-    virtual void giveUpWhen(std::function<bool()> given) { static_cast<void>(given); }
+    virtual void giveUpWhen(const std::function<bool()>& given) { static_cast<void>(given); }
     /// Back to the first picture.
     virtual void rewind() = 0;
     /// One picture and no more: a still.
