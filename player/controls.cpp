@@ -46,9 +46,9 @@ std::string freeName() {
 Controls::Controls(Session& session)
     : _session(session), _gestures([this](const Gesture& gesture) { send(gesture); }) {}
 
-void Controls::handleEvents(int timeoutMs) {
+void Controls::handleEvents() {
     SDL_Event event;
-    for (int more = SDL_WaitEventTimeout(&event, timeoutMs); more; more = SDL_PollEvent(&event)) handle(event);
+    while (SDL_PollEvent(&event)) handle(event);
 }
 
 void Controls::handle(const SDL_Event& event) {

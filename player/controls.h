@@ -14,12 +14,11 @@ class Controls {
 public:
     explicit Controls(Session& session);
 
-    /// Waits for the first event up to `timeoutMs`, then takes all that are there.
-    void handleEvents(int timeoutMs);
+    /// Takes all events that are there.
+    void handleEvents();
 
     bool paused() const { return _paused; }
     bool autoRotating() const { return _autoRotate; }
-    bool stepAsked() const { return _step; }
     bool takeStep() { return std::exchange(_step, false); }
     /// The picture has to be set again: the view or the window has lost it.
     bool takeResend() { return std::exchange(_resend, false); }

@@ -1,6 +1,6 @@
 #include "driver.h"
 
-#include <thread>
+#include <chrono>
 #include <utility>
 
 #include "colour.h"
@@ -11,12 +11,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The module draws at most once in this time.
 constexpr auto pace = 17ms;
-// Draws that a request is worth, and one for a draw that a task has cut short.
-constexpr int requestPaces = 31;
-// Longer than every animation that ends; the half sphere's stars ask for ever.
-constexpr int mostPaces = 128;
+// Draws that a request is worth, and the one that is under way.
+constexpr int owedAtMost = 31;
+// For a draw that comes for certain unless the window is gone.
+constexpr auto patience = 1s;
 
 }  // namespace
 
@@ -29,44 +28,52 @@ Driver::Driver() : _observers(&_bus) {
         },
         zet::DCFG_FLAG_EVENT);
     _observers.regist(
-        zet::DCFG_RENDER_REQUEST,
-        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
-            _redrawAsked = true;
-            return 0;
-        },
-        zet::DCFG_FLAG_EVENT);
-    _observers.regist(
         zet::DCFG_GL_CONTEXT,
         [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
             _hasContext = event.getData() != nullptr;
             return 0;
         },
         zet::DCFG_FLAG_EVENT);
+    _observers.regist(
+        zet::DCFG_DRAWN,
+        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
+            _draws.drawn();
+            return 0;
+        },
+        zet::DCFG_FLAG_EVENT);
     _display = zet::CreateZETDisplay(&_bus, &_global);
+    // Behind the module's own observer, so that the watch never counts less than the module owes.
+    _observers.regist(
+        zet::DCFG_RENDER_REQUEST,
+        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
+            _draws.requested();
+            return 0;
+        },
+        zet::DCFG_FLAG_EVENT);
 }
 
 Driver::~Driver() = default;
 
 void Driver::setWindow(std::uintptr_t handle) {
+    _hasWindow = handle != 0;
     _bus.setConfig(zet::DCFG_WINDOW_INSTANCE, handle);
     if (handle != 0 && !_hasContext) throw Failure("no OpenGL ES 2 context: EGL does not work on this X display");
 }
 
-void Driver::setFrame(Picture& picture, const Annotations& annotations) {
-    std::swap(_picture, picture);
-    setFrameAgain(annotations);
-}
-
-void Driver::setFrameAgain(const Annotations& annotations) {
-    if (_picture.y.empty()) return;
+void Driver::setFrame(const Picture& picture, const Annotations& annotations) {
+    {
+        const std::lock_guard lock(_pictureMutex);
+        _picture = picture;
+    }
+    setColor(picture.color);
     zet::YUV420PData frame;
-    frame.y = _picture.y.data();
-    frame.u = _picture.u.data();
-    frame.v = _picture.v.data();
-    frame.yLineSize = _picture.yLineSize;
-    frame.uvLineSize = _picture.uvLineSize;
-    frame.width = _picture.width;
-    frame.height = _picture.height;
+    frame.y = picture.y;
+    frame.u = picture.u;
+    frame.v = picture.v;
+    frame.yLineSize = picture.yLineSize;
+    frame.uvLineSize = picture.uvLineSize;
+    frame.width = picture.width;
+    frame.height = picture.height;
     int kind = zet::AI_KIND_FACES;
     if (!annotations.faces.empty()) {
         frame.aiCount = static_cast<int>(annotations.faces.size());
@@ -78,25 +85,32 @@ void Driver::setFrameAgain(const Annotations& annotations) {
     }
     frame.aiKind = &kind;
     if (annotations.lens) frame.lensRegion = annotations.lens->data();
+    _draws.frameBegins();
     _bus.setConfig(zet::DCFG_YUV_FRAME, &frame);
-    _frameTime = Clock::now();
+    _draws.frameEnds();
+}
+
+void Driver::setColor(zet::FrameColor color) {
+    const bool unspecified = color.matrix == zet::COLOR_MATRIX_UNSPECIFIED;
+    if (unspecified) color.fullRange = 0;
+    if (color.matrix == _color.matrix && color.fullRange == _color.fullRange) return;
+    _color = color;
+    _bus.setConfig(zet::DCFG_FRAME_COLOR, &color);
+    // The module owes redraws for it.
+    _draws.requested();
 }
 
 void Driver::waitDrawn() {
-    // A pace after the upload the draw is due at once. The refused snapshot is a task that changes nothing; its set
+    if (_draws.waitFrame(_hasWindow ? DrawWatch::Duration(patience) : DrawWatch::Duration(pace))) return;
+    // A pace after the last draw the next is due at once. The refused snapshot is a task that changes nothing; its set
     // comes back only when the render thread waits again, and it does not wait before it has drawn what is due.
-    std::this_thread::sleep_until(_frameTime + pace);
     zet::SnapData refused;
     _bus.setConfig(zet::DCFG_SNAP, &refused);
+    _draws.dueDrawn();
 }
 
 void Driver::settle() {
-    int quiet = 0;
-    for (int paces = 0; quiet < requestPaces && paces < mostPaces; ++paces) {
-        quiet = takeRedrawRequest() ? 0 : quiet + 1;
-        _frameTime = Clock::now();
-        waitDrawn();
-    }
+    _draws.waitDraws(owedAtMost, owedAtMost * pace);
 }
 
 void Driver::requestRedraw() {
@@ -199,14 +213,21 @@ std::optional<Snapshot> Driver::snap(const SnapRequest& request) {
 }
 
 int Driver::frameBytes() const {
-    return 4 * _picture.width * _picture.height;
+    const Picture picture = lastPicture();
+    return 4 * picture.width * picture.height;
+}
+
+Picture Driver::lastPicture() const {
+    const std::lock_guard lock(_pictureMutex);
+    return _picture;
 }
 
 void Driver::answerFrameRead(zet::SnapData& request) {
-    if (!request.buffer || _picture.y.empty() || request.bufferSize < frameBytes()) return;
-    convertToRgba(_picture, request.buffer);
-    request.width = _picture.width;
-    request.height = _picture.height;
+    const Picture picture = lastPicture();
+    if (!request.buffer || !picture.memory || request.bufferSize < 4 * picture.width * picture.height) return;
+    convertToRgba(picture, request.buffer);
+    request.width = picture.width;
+    request.height = picture.height;
     _frameReadAnswered = true;
 }
 

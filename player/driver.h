@@ -1,14 +1,15 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "annotations.h"
+#include "drawwatch.h"
 #include "source.h"
 #include "zet/zet.h"
 
@@ -31,7 +32,8 @@ struct Snapshot {
 
 /// The bus, the display on it and the last frame: every command to the module goes through here.
 ///
-/// All operations are called on one thread, the player's. Values are passed on unchecked.
+/// Frames are set and waited for on one thread, which may be another than that of all other operations. Values are
+/// passed on unchecked.
 class Driver {
 public:
     Driver();
@@ -45,17 +47,15 @@ public:
     /// X11 window id, 0 for none. Throws `Failure` if the module has no OpenGL ES context for it.
     void setWindow(std::uintptr_t handle);
 
-    /// Sets a frame on the bus. The driver keeps `picture` and leaves the memory of the last one in its place.
-    void setFrame(Picture& picture, const Annotations& annotations);
-    /// Sets the last frame again, if there was one.
-    void setFrameAgain(const Annotations& annotations);
-    /// Returns when the module has drawn what was set last.
+    /// Sets a frame on the bus, and its colours first where they are others than the last frame's. Keeps its planes.
+    void setFrame(const Picture& picture, const Annotations& annotations);
+    /// Returns when the module has drawn what was set last, or when it can't draw.
     void waitDrawn();
-    /// Returns when no redraw is owed any more. A view that asks for ever is left after a bounded number of draws.
+    /// Frames of those set that have reached the screen. Any thread.
+    std::int64_t framesDrawn() const { return _draws.framesDrawn(); }
+    /// Returns when every draw that was owed has been made. A view that asks for more and more is left with that.
     void settle();
     void requestRedraw();
-    /// Whether somebody has asked for a redraw since the last call.
-    bool takeRedrawRequest() { return _redrawAsked.exchange(false); }
 
     void setView(int mode);
     void touchDown(zet::TouchPoint point);
@@ -84,17 +84,19 @@ public:
     int frameBytes() const;
 
 private:
-    using Clock = std::chrono::steady_clock;
-
+    void setColor(zet::FrameColor color);
+    Picture lastPicture() const;
     /// Answers `DCFG_FRAME_READ`. Render thread, while the player's waits in `snap`.
     void answerFrameRead(zet::SnapData& request);
 
     zet::DisplayConfig _bus;
     zet::GlobalConfiger _global;
-    Picture _picture;
-    Clock::time_point _frameTime;
+    mutable std::mutex _pictureMutex;
+    Picture _picture;        // set last
+    zet::FrameColor _color;  // set last
+    DrawWatch _draws;
     bool _frameReadAnswered = false;
-    std::atomic<bool> _redrawAsked = false;
+    std::atomic<bool> _hasWindow = false;
     std::atomic<bool> _hasContext = false;
     zet::DisplayConfigKit _observers;
     std::shared_ptr<zet::DisplayConfigKit> _display;  // goes first: its thread calls the observers

@@ -26,16 +26,11 @@ bool Feed::fetch() {
 }
 
 void Feed::show() {
-    if (_stillShown) {
-        _driver.setFrameAgain(annotations());
-    } else {
-        _number = _picture.number;
-        _driver.setFrame(_picture, annotations());
-    }
+    if (!_stillShown) _last = std::move(_picture);
     _stillShown = _source.still();
     _waiting = false;
+    set();
     ++_shown;
-    ++_set;
 }
 
 void Feed::drop() {
@@ -43,8 +38,13 @@ void Feed::drop() {
 }
 
 void Feed::showAgain() {
-    if (_shown == 0) return;
-    _driver.setFrameAgain(annotations());
+    if (_shown > 0) set();
+}
+
+void Feed::set() {
+    Picture picture = _last;
+    if (_color) picture.color = *_color;
+    _driver.setFrame(picture, annotations());
     ++_set;
 }
 
@@ -66,7 +66,7 @@ void Feed::setRects(const std::vector<zet::RectItem>& rects) {
 }
 
 Annotations Feed::annotations() const {
-    Annotations annotations = _metadata.of(_number);
+    Annotations annotations = _metadata.of(_last.number);
     if (_ownLens) annotations.lens = _own.lens;
     if (_ownItems) {
         annotations.faces = _own.faces;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <optional>
 
 #include "annotations.h"
 #include "driver.h"
@@ -9,13 +11,15 @@
 
 namespace zetplay {
 
-/// Brings the pictures of a source onto the bus, on one timeline that goes on when the source starts over.
+/// Brings the pictures of a source onto the bus, on one timeline that goes on when the source starts over. One thread
+/// at a time; the counts and `loop` on any.
 class Feed {
 public:
     Feed(Source& source, Driver& driver) : _source(source), _driver(driver) {}
 
     /// Makes the next picture wait, if none does; false at the end of the input. Throws `Failure` where it is damaged.
     bool fetch();
+    bool waiting() const { return _waiting; }
     /// When the waiting picture is due, seconds.
     double due() const { return _due; }
     /// Time between two pictures, seconds.
@@ -28,7 +32,7 @@ public:
     void showAgain();
 
     /// Start over at the end.
-    bool loop = false;
+    std::atomic<bool> loop = false;
     /// A still picture is one frame, or one that comes as often as it is asked for.
     bool repeatStill = false;
 
@@ -37,6 +41,8 @@ public:
 
     // What goes with the frames that follow, whatever the metadata say.
 
+    /// Nothing for those that the source tells.
+    void setColor(const std::optional<zet::FrameColor>& color) { _color = color; }
     void setLens(const std::optional<LensRegion>& lens);
     /// A frame carries faces or rectangles, so each takes the other's place.
     void setFaces(const std::vector<zet::FaceItem>& faces);
@@ -48,12 +54,14 @@ public:
     std::int64_t framesShown() const { return _shown; }
 
 private:
+    void set();
     Annotations annotations() const;
 
     Source& _source;
     Driver& _driver;
-    Picture _picture;
-    std::int64_t _number = 0;  // of the picture set last
+    Picture _picture;  // waiting
+    Picture _last;     // set last
+    std::optional<zet::FrameColor> _color;
     Metadata _metadata;
     Annotations _own;  // in the metadata's place, where these say so
     bool _ownLens = false;
@@ -62,9 +70,9 @@ private:
     bool _stillShown = false;
     double _start = 0;  // of the source on the timeline
     double _due = 0;
-    std::int64_t _read = 0;
-    std::int64_t _set = 0;
-    std::int64_t _shown = 0;
+    std::atomic<std::int64_t> _read = 0;
+    std::atomic<std::int64_t> _set = 0;
+    std::atomic<std::int64_t> _shown = 0;
 };
 
 }  // namespace zetplay

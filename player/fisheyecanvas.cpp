@@ -4,8 +4,6 @@
 #include <atomic>
 #include <thread>
 
-#include "pictureplanes.h"
-
 namespace zetplay {
 
 namespace {
@@ -42,7 +40,7 @@ void blend(std::uint8_t& sample, float cover, float value) {
 }
 
 /// Paints four pixels, in rows, whose top left is (x, y), both even. The colour of each counts by its cover.
-void paintBlock(Picture& picture, int x, int y, const Paint (&paints)[4]) {
+void paintBlock(const Planes& picture, int x, int y, const Paint (&paints)[4]) {
     float cover = 0;
     Yuv sum;
     for (int i = 0; i < 4; ++i) {
@@ -95,7 +93,7 @@ void forBlocks(const FisheyeLens& lens, const Bounds& bounds, Visit visit) {
 
 /// Runs `paintAt(direction)` for each pixel within bounds and circle, and paints what it returns.
 template <typename PaintAt>
-void paintWithin(Picture& picture, const FisheyeLens& lens, const Bounds& bounds, PaintAt paintAt) {
+void paintWithin(const Planes& picture, const FisheyeLens& lens, const Bounds& bounds, PaintAt paintAt) {
     forBlocks(lens, bounds, [&](int x, int y) {
         Paint paints[4];
         for (int i = 0; i < 4; ++i) {
@@ -151,16 +149,15 @@ Colour FisheyeCanvas::lookFinely(int x, int y) const {
     return sum * (1.0F / (rays * rays));
 }
 
-void FisheyeCanvas::paintRoom(Picture& picture) const {
-    shapePicture(picture, _lens.width(), _lens.height());
-    std::fill(picture.y.begin(), picture.y.end(), std::uint8_t{0});
-    std::fill(picture.u.begin(), picture.u.end(), std::uint8_t{128});
-    std::fill(picture.v.begin(), picture.v.end(), std::uint8_t{128});
+void FisheyeCanvas::paintRoom(const Planes& picture) const {
+    std::fill_n(picture.y, picture.yLineSize * _lens.height(), std::uint8_t{0});
+    std::fill_n(picture.u, picture.uvLineSize * _lens.height() / 2, std::uint8_t{128});
+    std::fill_n(picture.v, picture.uvLineSize * _lens.height() / 2, std::uint8_t{128});
     forRows(_lens.height(), [&](int from, int to) { paintRows(picture, from, to); });
 }
 
 /// One ray for each pixel and its neighbours first; then a fine look where these differ.
-void FisheyeCanvas::paintRows(Picture& picture, int from, int to) const {
+void FisheyeCanvas::paintRows(const Planes& picture, int from, int to) const {
     const int width = _lens.width();
     const auto at = [=](int x, int y) { return static_cast<std::size_t>((y - from + 1) * (width + 2) + x + 1); };
     std::vector<Colour> look(at(width + 1, to) + 1);
@@ -183,7 +180,7 @@ void FisheyeCanvas::paintRows(Picture& picture, int from, int to) const {
     }
 }
 
-void FisheyeCanvas::paintShadow(Picture& picture, Vec3 middle, float radius) const {
+void FisheyeCanvas::paintShadow(const Planes& picture, Vec3 middle, float radius) const {
     constexpr float darkest = 0.45F;
     Bounds bounds;
     for (int i = 0; i < 8; ++i) {
@@ -202,7 +199,7 @@ void FisheyeCanvas::paintShadow(Picture& picture, Vec3 middle, float radius) con
 
 /// Each pixel takes the point of its ray that is nearest to the capsule's axis. How far that lies inside the capsule
 /// tells how much of the pixel is covered; its direction from the axis tells the slope of the surface.
-void FisheyeCanvas::paintCapsule(Picture& picture, const Capsule& capsule) const {
+void FisheyeCanvas::paintCapsule(const Planes& picture, const Capsule& capsule) const {
     const Vec3 eye = _lens.pose().eye;
     Bounds bounds;
     for (int i = 0; i <= 4; ++i) {
@@ -286,7 +283,7 @@ ClockFace::Block ClockFace::blockAt(const FisheyeLens& lens, const SyntheticRoom
     return block;
 }
 
-void ClockFace::paint(Picture& picture, std::string_view text) const {
+void ClockFace::paint(const Planes& picture, std::string_view text) const {
     const Yuv colour = toYuv(_colour);
     for (const Block& block : _blocks) {
         Paint paints[4];

@@ -6,26 +6,26 @@
 #include <vector>
 
 #include "fisheyelens.h"
-#include "source.h"
+#include "pictureplanes.h"
 #include "syntheticfigure.h"
 #include "syntheticroom.h"
 
 namespace zetplay {
 
-/// Paints what a `FisheyeLens` sees of a `SyntheticRoom` into pictures of the lens's size.
+/// Paints what a `FisheyeLens` sees of a `SyntheticRoom` into pictures of the lens's size, as full-range BT.601.
 class FisheyeCanvas {
 public:
     FisheyeCanvas(const FisheyeLens& lens, const SyntheticRoom& room) : _lens(lens), _room(room) {}
 
-    /// The whole room, black outside the circle; on all processors. Gives `picture` its size.
-    void paintRoom(Picture& picture) const;
+    /// The whole room, black outside the circle; on all processors.
+    void paintRoom(const Planes& picture) const;
     /// A round shadow on the floor.
-    void paintShadow(Picture& picture, Vec3 middle, float radius) const;
+    void paintShadow(const Planes& picture, Vec3 middle, float radius) const;
     /// Something of the room that covers all that was painted before.
-    void paintCapsule(Picture& picture, const Capsule& capsule) const;
+    void paintCapsule(const Planes& picture, const Capsule& capsule) const;
 
 private:
-    void paintRows(Picture& picture, int from, int to) const;
+    void paintRows(const Planes& picture, int from, int to) const;
     Colour lookOnce(float x, float y) const;
     Colour lookFinely(int x, int y) const;
 
@@ -39,7 +39,7 @@ public:
     ClockFace(const FisheyeLens& lens, const SyntheticRoom& room, const Sign& sign);
 
     /// Paints `text`, which has digits where the sign's own text has digits.
-    void paint(Picture& picture, std::string_view text) const;
+    void paint(const Planes& picture, std::string_view text) const;
 
 private:
     struct Pixel {

@@ -282,7 +282,8 @@ void LensFinder::add(const Picture& picture) {
                 for (int i = 0; i < _shrink; ++i) sum += *luma++;
         }
         for (const int sum : sums) {
-            *light = std::max(*light, static_cast<float>(sum) / static_cast<float>(_shrink * _shrink));
+            const float luma = static_cast<float>(sum) / static_cast<float>(_shrink * _shrink);
+            *light = std::max(*light, picture.color.fullRange ? luma : (luma - 16) * 255 / 219);
             ++light;
         }
     }

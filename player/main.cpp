@@ -51,7 +51,8 @@ void finish(Session& session, const Stats& stats) {
     if (!session.options.shot.empty()) writePng(session.options.shot, session.window->grab());
     errno = 0;
     if (session.options.stats)
-        std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet()) << std::endl;
+        std::cout << stats.line(session.feed.framesRead(), session.feed.framesSet(), session.driver.framesDrawn())
+                  << std::endl;
     if (!std::cout) throw Failure(std::string("standard output: ") + std::strerror(errno ? errno : EIO));
 }
 
@@ -68,7 +69,8 @@ int run(const Options& options) {
     } catch (...) {
         // What was shown up to a damaged place of the input, or a wrong line, is still worth its picture and recording.
         finish(session, stats);
-        throw;
+        if (!interrupted()) throw;
+        return 128 + interrupted();
     }
     finish(session, stats);
     return interrupted() ? 128 + interrupted() : 0;

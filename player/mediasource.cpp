@@ -11,6 +11,7 @@
 
 #include "avhandles.h"
 #include "frameconverter.h"
+#include "rawreader.h"
 #include "source.h"
 
 extern "C" {
@@ -71,6 +72,7 @@ public:
     explicit MediaSource(std::string path);
 
     bool next(Picture& picture) override;
+    void giveUpWhen(const std::function<bool()>& given) override { _givenUp = given; }
     void rewind() override;
     bool still() const override { return _still; }
     double frameRate() const override { return _frameRate; }
@@ -84,6 +86,7 @@ private:
     void openInput();
     void openDecoder(bool strict);
     void startOver();
+    std::string_view demuxer() const { return _format->iformat->name; }
     bool pictureFile() const;
     bool seekable() const;
     bool seekToStart();
@@ -94,9 +97,11 @@ private:
     void stamp(const AVFrame& frame, Picture& picture);
 
     std::string _path;
+    std::function<bool()> _givenUp = [] { return false; };
 
     // Fixed while the input is open.
     FormatHandle _format;
+    std::optional<RawReader> _raw;  ///< for files that hold nothing but raw pictures
     CodecHandle _codec;
     AVStream* _stream = nullptr;
     std::optional<FrameConverter> _converter;
@@ -126,13 +131,15 @@ MediaSource::MediaSource(std::string path) : _path(std::move(path)) {
     open();
     if (_decoded == 0) fail("no picture can be decoded: " + (_damage.empty() ? "damaged or cut short" : _damage));
     _still = _decoded == 1 && _damage.empty();
-    const AVRational rate = av_guess_frame_rate(_format.get(), _stream, nullptr);
+    const AVRational rate = _raw ? av_inv_q(_stream->time_base) : av_guess_frame_rate(_format.get(), _stream, nullptr);
     if (!_still && rate.num > 0 && rate.den > 0) _frameRate = av_q2d(rate);
 }
 
 std::int64_t MediaSource::frameCount() const {
     if (_still) return 1;
     if (_stream->nb_frames > 0) return _stream->nb_frames;
+    if (_stream->duration > 0)
+        return std::llround(static_cast<double>(_stream->duration) * av_q2d(_stream->time_base) * _frameRate);
     if (_format->duration <= 0) return 0;
     return std::llround(static_cast<double>(_format->duration) / AV_TIME_BASE * _frameRate);
 }
@@ -167,12 +174,21 @@ void MediaSource::openInput() {
         av_dict_set(&options, "pattern_type", "none", 0);
     }
     _codec.reset();
-    AVFormatContext* format = nullptr;
+    _raw.reset();
+    AVFormatContext* format = avformat_alloc_context();
+    if (!format) throw std::bad_alloc();
+    format->interrupt_callback = {[](void* source) -> int { return static_cast<MediaSource*>(source)->_givenUp(); },
+                                  this};
     const int opened = avformat_open_input(&format, url.c_str(), nullptr, &options);
     av_dict_free(&options);
     if (opened == AVERROR_INVALIDDATA) fail("no format that FFmpeg knows, or the file's head is damaged");
     if (opened < 0) fail("cannot open: " + errorText(opened));
     _format.reset(format);
+    if (demuxer() == "yuv4mpegpipe") {
+        // Its head tells all.
+        _raw.emplace(*format->pb, *format->streams[0]);
+        return;
+    }
     const int found = avformat_find_stream_info(format, nullptr);
     if (found < 0) fail("cannot read: " + errorText(found));
 }
@@ -215,8 +231,7 @@ void MediaSource::startOver() {
 
 /// FFmpeg reads a file that holds a picture, not a video, with a demuxer of one of these names.
 bool MediaSource::pictureFile() const {
-    const std::string_view demuxer = _format->iformat->name;
-    return demuxer == "image2" || demuxer.ends_with("_pipe");
+    return demuxer() == "image2" || demuxer().ends_with("_pipe");
 }
 
 bool MediaSource::seekable() const {
@@ -232,13 +247,12 @@ bool MediaSource::next(Picture& picture) {
         fail("damaged, " + std::to_string(_number) + (_number == 1 ? " picture" : " pictures") +
              " decoded: " + _damage);
     }
+    stamp(*frame, picture);
     try {
         _converter->convert(*frame, picture);
     } catch (const Failure& failure) {
         fail(failure.what());
     }
-    stamp(*frame, picture);
-    av_frame_unref(frame);
     return true;
 }
 
@@ -296,7 +310,7 @@ bool MediaSource::decode(AVFrame& frame) {
 /// Hands the decoder one packet more, or the word that none follows.
 void MediaSource::feed() {
     while (!_packetWaits && !_draining) {
-        const int result = av_read_frame(_format.get(), _packet.get());
+        const int result = _raw ? _raw->read(*_packet) : av_read_frame(_format.get(), _packet.get());
         if (result < 0) {
             _draining = true;
             if (result != AVERROR_EOF) noteDamage("reading fails: " + errorText(result));
@@ -321,9 +335,8 @@ void MediaSource::feed() {
 bool MediaSource::cutShort() const {
     const std::int64_t size = _format->pb ? avio_size(_format->pb) : -1;
     if (size <= 0) return false;
-    const std::string_view demuxer = _format->iformat->name;
-    if (demuxer == "yuv4mpegpipe") return _readUntil < size;
-    if (demuxer.starts_with("matroska")) return matroskaCutShort(*_format->pb, size);
+    if (demuxer() == "yuv4mpegpipe") return _readUntil < size;
+    if (demuxer().starts_with("matroska")) return matroskaCutShort(*_format->pb, size);
     const int entries = avformat_index_get_entries_count(_stream);
     for (int i = 0; i < entries; ++i) {
         const AVIndexEntry* const entry = avformat_index_get_entry(_stream, i);

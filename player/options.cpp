@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "colour.h"
 #include "views.h"
 #include "words.h"
 
@@ -58,6 +59,12 @@ void setLens(Options& options, const std::string& text) {
     }
 }
 
+void setFrameColor(Options& options, const std::string& text) {
+    if (text == "auto") return;
+    options.frameColor = parseFrameColor(text);
+    if (!options.frameColor) refuse("--frame-color", text, std::string("auto, ") + frameColorForm);
+}
+
 void setSynthetic(Options& options, const std::string& text) {
     const std::size_t at = text.find('@');
     const auto size = parseSize(std::string_view(text).substr(0, at));
@@ -79,6 +86,7 @@ struct Texts {
     std::string view;
     std::string size;
     std::string lens;
+    std::string frameColor;
     std::string mount;
     std::string synthetic;
     std::string frames;
@@ -94,6 +102,9 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
     app.add_option("--size", texts.size, "Window size in pixels [1280x720]")->option_text("WxH");
     app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture; auto finds and prints it")
         ->option_text("CX,CY,RX,RY|auto|none");
+    app.add_option("--frame-color", texts.frameColor,
+                   "How colours are coded, such as 709,limited [auto: as the input says]")
+        ->option_text("MATRIX,RANGE|auto|none");
     app.add_option("--meta", options.meta, "Faces, rectangles and lens region of each frame")->option_text("FILE.json");
     app.add_option("--mount", texts.mount, "Mounting of the synthetic camera [ceiling]")
         ->option_text("ceiling|wall")
@@ -127,6 +138,7 @@ void apply(const CLI::App& app, const Texts& texts, Options& options) {
     if (app.count("--view") > 0) setView(options, texts.view);
     if (app.count("--size") > 0) setSize(options, texts.size);
     if (app.count("--lens") > 0) setLens(options, texts.lens);
+    if (app.count("--frame-color") > 0) setFrameColor(options, texts.frameColor);
     if (app.count("--synthetic") > 0) setSynthetic(options, texts.synthetic);
     if (app.count("--frames") > 0) setFrames(options, texts.frames);
     if (texts.mount == "wall") options.mount = Mount::wall;

@@ -30,6 +30,7 @@ struct Options {
     int width = 1280;  ///< of the window, pixels
     int height = 720;
     std::variant<LensOfMetadata, NoLens, LensToFind, LensRegion> lens;
+    std::optional<zet::FrameColor> frameColor;  ///< nothing for what the stream says
     std::string meta;
     Mount mount = Mount::ceiling;
     SyntheticSize synthetic;

@@ -2,6 +2,10 @@
 
 #include <cstring>
 
+extern "C" {
+#include <libavutil/buffer.h>
+}
+
 namespace zetplay {
 
 PlaneView turned(const PlaneView& plane, int quarterTurns) {
@@ -19,15 +23,29 @@ PlaneView turned(const PlaneView& plane, int quarterTurns) {
     }
 }
 
-void shapePicture(Picture& picture, int width, int height) {
+Planes PlanePool::shape(Picture& picture, int width, int height) {
+    picture.memory.reset();
+    const int lineSize = (width + 3) / 4 * 4;
+    const std::size_t luma = static_cast<std::size_t>(lineSize) * static_cast<std::size_t>(height);
+    const std::size_t chroma = luma / 4;
+    AVBufferRef* const buffer = _buffers.get(luma + 2 * chroma);
+    picture.memory = std::shared_ptr<AVBufferRef>(buffer, [](AVBufferRef* owned) { av_buffer_unref(&owned); });
+    const Planes planes{lineSize, lineSize / 2, buffer->data, buffer->data + luma, buffer->data + luma + chroma};
     picture.width = width;
     picture.height = height;
-    picture.yLineSize = (width + 3) / 4 * 4;
-    picture.uvLineSize = picture.yLineSize / 2;
-    const std::size_t rows = static_cast<std::size_t>(height);
-    picture.y.resize(rows * static_cast<std::size_t>(picture.yLineSize));
-    picture.u.resize(rows / 2 * static_cast<std::size_t>(picture.uvLineSize));
-    picture.v.resize(rows / 2 * static_cast<std::size_t>(picture.uvLineSize));
+    picture.yLineSize = planes.yLineSize;
+    picture.uvLineSize = planes.uvLineSize;
+    picture.y = planes.y;
+    picture.u = planes.u;
+    picture.v = planes.v;
+    return planes;
+}
+
+void copyPlanes(const Picture& from, const Planes& to) {
+    const std::size_t luma = static_cast<std::size_t>(from.yLineSize) * static_cast<std::size_t>(from.height);
+    std::memcpy(to.y, from.y, luma);
+    std::memcpy(to.u, from.u, luma / 4);
+    std::memcpy(to.v, from.v, luma / 4);
 }
 
 void copyPlane(const PlaneView& from, std::uint8_t* to, int lineSize) {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "bufferpool.h"
 #include "source.h"
 
 namespace zetplay {
@@ -20,9 +21,29 @@ struct PlaneView {
 /// The same plane after `quarterTurns` (0 to 3) turns of 90 degrees clockwise.
 PlaneView turned(const PlaneView& plane, int quarterTurns);
 
-/// Gives `picture` its size, line sizes and memory; both sides are even and above 0. The line size of Y is the width
-/// rounded up to a multiple of 4, that of the chroma planes half of it, so that the module takes both.
-void shapePicture(Picture& picture, int width, int height);
+/// The planes of a picture that is being made.
+struct Planes {
+    int yLineSize = 0;
+    int uvLineSize = 0;
+    std::uint8_t* y = nullptr;
+    std::uint8_t* u = nullptr;
+    std::uint8_t* v = nullptr;
+};
+
+/// Memory for pictures, used again.
+class PlanePool {
+public:
+    /// Gives `picture` its size, line sizes and planes, to be written before anybody else has it; both sides are even
+    /// and above 0. The line size of Y is the width rounded up to a multiple of 4, that of the chroma planes half of
+    /// it, so that the module takes both.
+    Planes shape(Picture& picture, int width, int height);
+
+private:
+    BufferPool _buffers;
+};
+
+/// Copies samples between pictures of one shape.
+void copyPlanes(const Picture& from, const Planes& to);
 
 /// Copies the plane's rows to `to`; what a line has past the width repeats the row's last sample.
 void copyPlane(const PlaneView& from, std::uint8_t* to, int lineSize);

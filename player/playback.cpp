@@ -1,19 +1,25 @@
 #include "playback.h"
 
-#include <algorithm>
-#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "interrupt.h"
+#include "wakeup.h"
 
 namespace zetplay {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 // A picture that is later than this is not shown, if its successor is there to be.
-constexpr double mostLate = 0.1;  // seconds
+constexpr auto mostLate = 100ms;
 // Shown all the same after so many, so that a machine that is too slow shows slow pictures and not none.
 constexpr int mostDropped = 8;
-// How long to sleep with nothing to do: a redraw that is asked for is a picture sent again, and no more.
-constexpr int restMs = 50;
-constexpr int paceMs = 17;
+// Views that turn by themselves do so with each draw and ask for none. A request is worth 30 draws, half a second.
+constexpr int rotationMs = 400;
+// For the picture in work when the user quits.
+constexpr auto patience = 50ms;
 
 }  // namespace
 
@@ -23,69 +29,143 @@ Playback::Playback(Session& session) : _session(session), _controls(session) {
 }
 
 void Playback::run() {
-    while (goesOn()) {
-        _controls.handleEvents(untilNextMs());
-        if (_controls.takeStep()) step();
-        playDue();
-        redraw();
+    {
+        std::thread pictures([this] { playToEnd(); });
+        const auto end = [this, &pictures](void*) { endPictures(pictures); };
+        const std::unique_ptr<void, decltype(end)> whateverHappens(this, end);
+        for (handleUser(); !done() && !_session.closing(); handleUser()) _session.window->waitForEvents(patienceMs());
     }
+    if (_failure) std::rethrow_exception(_failure);
     _session.driver.waitDrawn();
 }
 
-bool Playback::goesOn() {
-    if (_session.stopped()) return false;
-    if (!_ended && !resting()) _ended = !_session.feed.fetch();
-    return !_ended || (_session.source->still() && !_session.options.headless);
+void Playback::endPictures(std::thread& pictures) {
+    {
+        std::unique_lock lock(_mutex);
+        _quit = true;
+        _changed.notify_all();
+        // It may be waiting for data.
+        for (bool first = true; !_done; first = false) {
+            if (!first) interruptCall(pictures);
+            _changed.wait_for(lock, patience, [this] { return _done; });
+        }
+    }
+    pictures.join();
 }
 
-bool Playback::resting() const {
-    return _ended || _controls.paused();
+void Playback::handleUser() {
+    _controls.handleEvents();
+    bool rotates = false;
+    {
+        const std::lock_guard lock(_mutex);
+        _paused = _controls.paused();
+        _step = _controls.takeStep() || _step;
+        _resend = _controls.takeResend() || _resend;
+        rotates = _controls.autoRotating() && (_paused || _ended);
+    }
+    _changed.notify_all();
+    if (rotates) _session.driver.requestRedraw();
 }
 
-int Playback::untilNextMs() const {
-    if (_controls.stepAsked()) return 0;
-    if (resting()) return _controls.autoRotating() ? paceMs : restMs;
-    if (!_running) return 0;
-    return static_cast<int>(std::clamp(std::ceil(-late() * 1000), 0.0, double{restMs}));
+int Playback::patienceMs() {
+    const std::lock_guard lock(_mutex);
+    return _controls.autoRotating() && (_paused || _ended) ? rotationMs : -1;
 }
 
-double Playback::late() const {
-    const std::chrono::duration<double> now = Clock::now() - _zero;
-    return now.count() - _session.feed.due();
+bool Playback::done() {
+    const std::lock_guard lock(_mutex);
+    return _done;
+}
+
+void Playback::playToEnd() {
+    try {
+        play();
+    } catch (...) {
+        // Nobody asks any more how a read has ended that was given up.
+        if (!_session.closing()) _failure = std::current_exception();
+    }
+    const std::lock_guard lock(_mutex);
+    _done = true;
+    _changed.notify_all();
+    wake();
+}
+
+void Playback::play() {
+    while (!_session.stopped() && fetch()) {
+        switch (waitForNext()) {
+            case Next::picture:
+                playDue();
+                break;
+            case Next::step:
+                if (_session.feed.fetch()) set(&Feed::show);
+                break;
+            case Next::again:
+                set(&Feed::showAgain);
+                break;
+            case Next::end:
+                return;
+        }
+    }
+}
+
+/// Makes the next picture wait unless the picture rests; false if there is none and nobody looks at the last.
+bool Playback::fetch() {
+    {
+        const std::lock_guard lock(_mutex);
+        if (_paused || _ended) return true;
+    }
+    if (_session.feed.fetch()) return true;
+    const std::lock_guard lock(_mutex);
+    _ended = true;
+    return _session.source->still() && !_session.options.headless;
+}
+
+Playback::Next Playback::waitForNext() {
+    std::unique_lock lock(_mutex);
+    for (;;) {
+        if (_quit) return Next::end;
+        if (std::exchange(_step, false)) return Next::step;
+        if (std::exchange(_resend, false)) return Next::again;
+        if (_paused || _ended) {
+            _running = false;
+            _changed.wait(lock);
+        } else if (!_session.feed.waiting()) {
+            return Next::picture;
+        } else {
+            if (!_running) startClock();
+            if (Clock::now() >= dueTime()) return Next::picture;
+            _changed.wait_until(lock, dueTime());
+        }
+    }
 }
 
 void Playback::playDue() {
-    if (resting()) {
-        _running = false;
-        return;
-    }
-    // After a pause the controls have changed what `goesOn` saw: the next pass fetches.
-    if (!_session.feed.fetch()) return;
-    if (!_running) start();
-    if (late() < 0) return;
-    if (late() > mostLate && _dropped < mostDropped) {
+    // After a pause none waits yet: the next pass fetches.
+    if (!_session.feed.waiting()) return;
+    if (Clock::now() - dueTime() > mostLate && _dropped < mostDropped) {
         ++_dropped;
         _session.feed.drop();
         return;
     }
-    if (_dropped == mostDropped) start();
+    if (_dropped == mostDropped) startClock();
     _dropped = 0;
-    _session.feed.show();
+    set(&Feed::show);
 }
 
-void Playback::start() {
-    _zero =
-        Clock::now() - std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(_session.feed.due()));
+/// The module drops a frame that comes before the last one has been drawn.
+void Playback::set(void (Feed::*picture)()) {
+    _session.driver.waitDrawn();
+    (_session.feed.*picture)();
+}
+
+void Playback::startClock() {
     _running = true;
+    _zero = Clock::now();
+    _zero -= dueTime() - _zero;
 }
 
-void Playback::step() {
-    if (_session.feed.fetch()) _session.feed.show();
-}
-
-void Playback::redraw() {
-    const bool asked = _session.driver.takeRedrawRequest() || _controls.takeResend();
-    if (resting() && (asked || _controls.autoRotating())) _session.feed.showAgain();
+Playback::Clock::time_point Playback::dueTime() const {
+    return _zero + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(_session.feed.due()));
 }
 
 }  // namespace zetplay

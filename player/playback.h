@@ -1,13 +1,18 @@
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
 
 #include "controls.h"
 #include "session.h"
 
 namespace zetplay {
 
-/// Plays the input by its timestamps and lets the user drive it.
+/// Plays the input by its timestamps and lets the user drive it. A thread of its own reads, decodes and sets the
+/// pictures, so that the window's thread, which is the caller's, never waits for a draw.
 class Playback {
 public:
     explicit Playback(Session& session);
@@ -18,20 +23,43 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    bool goesOn();
-    /// No picture is due by the clock.
-    bool resting() const;
-    int untilNextMs() const;
+    enum class Next { picture, step, again, end };
+
+    // The window's thread.
+
+    void handleUser();
+    void endPictures(std::thread& pictures);
+    int patienceMs();
+    bool done();
+
+    // The pictures' thread.
+
+    void playToEnd();
+    void play();
+    bool fetch();
+    Next waitForNext();
     void playDue();
-    void step();
-    void redraw();
-    void start();
-    double late() const;
+    void set(void (Feed::*picture)());
+    void startClock();
+    Clock::time_point dueTime() const;
 
     Session& _session;
     Controls _controls;
-    bool _running = false;  // the clock runs
-    bool _ended = false;
+
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    // What the user wants.
+    bool _paused = false;
+    bool _step = false;
+    bool _resend = false;
+    bool _quit = false;
+    // What the pictures' thread tells.
+    bool _ended = false;  // the last picture stands
+    bool _done = false;
+    std::exception_ptr _failure;
+
+    // Of the pictures' thread.
+    bool _running = false;    // the clock runs
     Clock::time_point _zero;  // when the timeline's 0 was due
     int _dropped = 0;         // pictures in a row
 };

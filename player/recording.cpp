@@ -19,7 +19,7 @@ void record(Session& session) {
     Controls controls(session);
     Progress progress("recording", framesToCome(session));
     session.feed.repeatStill = session.options.frames > 0;
-    for (controls.handleEvents(0); !session.stopped() && session.feed.fetch(); controls.handleEvents(0)) {
+    for (controls.handleEvents(); !session.stopped() && session.feed.fetch(); controls.handleEvents()) {
         session.drawNext();
         progress.step();
     }

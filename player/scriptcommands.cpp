@@ -5,6 +5,7 @@
 #include <iostream>
 #include <map>
 
+#include "colour.h"
 #include "pngfile.h"
 #include "script.h"
 #include "scriptwords.h"
@@ -180,6 +181,13 @@ Step lens(ScriptWords& words) {
     return [=](Session& session) { session.feed.setLens(region); };
 }
 
+Step frameColor(ScriptWords& words) {
+    const std::string word = words.text(frameColorForm);
+    const auto color = parseFrameColor(word);
+    if (!color) ScriptWords::refuse(word, frameColorForm);
+    return [=](Session& session) { session.feed.setColor(color); };
+}
+
 Step faces(ScriptWords& words) {
     std::vector<zet::FaceItem> items;
     if (!words.take("none")) {
@@ -284,6 +292,7 @@ const std::map<std::string, Parser, std::less<>> commands = {
     {"fling", fling},
     {"font", font},
     {"frame", frame},
+    {"frame-color", frameColor},
     {"grab", grab},
     {"lens", lens},
     {"lens-param", lensParam},

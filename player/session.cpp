@@ -76,7 +76,9 @@ Session::Session(const Options& given)
       window(std::make_unique<Window>(given.width, given.height, given.headless)),
       feed(*source, driver),
       _view(given.view) {
+    source->giveUpWhen([this] { return closing(); });
     feed.loop = options.loop;
+    feed.setColor(options.frameColor);
     if (!options.meta.empty()) feed.setMetadata(Metadata(options.meta));
     if (const auto* region = std::get_if<LensRegion>(&options.lens)) feed.setLens(*region);
     if (std::holds_alternative<NoLens>(options.lens)) feed.setLens(std::nullopt);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -58,7 +59,7 @@ private:
     void retitle();
 
     int _view;
-    bool _quit = false;
+    std::atomic<bool> _quit = false;
 };
 
 }  // namespace zetplay

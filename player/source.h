@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <vector>
+
+#include "zet/records.h"
 
 namespace zetplay {
 
@@ -15,15 +17,17 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// One picture as the module takes it: full-range BT.601 YUV 4:2:0, top row first, line sizes multiples of 4.
+/// One picture as the module takes it: YUV 4:2:0 of 8 bits, top row first. A copy has the same planes.
 struct Picture {
-    int width = 0;   ///< pixels, even
-    int height = 0;  ///< pixels, even
-    int yLineSize = 0;
-    int uvLineSize = 0;
-    std::vector<std::uint8_t> y;
-    std::vector<std::uint8_t> u;
-    std::vector<std::uint8_t> v;
+    int width = 0;       ///< pixels, even
+    int height = 0;      ///< pixels, even
+    int yLineSize = 0;   ///< bytes: `width`, rounded up to a multiple of 4
+    int uvLineSize = 0;  ///< bytes: half of `yLineSize`
+    const std::uint8_t* y = nullptr;
+    const std::uint8_t* u = nullptr;
+    const std::uint8_t* v = nullptr;
+    std::shared_ptr<const void> memory;  ///< keeps the planes, which nobody changes any more
+    zet::FrameColor color;
     std::int64_t number = 0;  ///< counts from 0 at the start of the input
     double seconds = 0;       ///< presentation time from the start of the input
 };
@@ -33,9 +37,12 @@ class Source {
 public:
     virtual ~Source() = default;
 
-    /// The next picture, written over `picture` so that its memory is used again; false at the end of the input.
+    /// The next picture in the place of `picture`, which gives its memory back first; false at the end of the input.
     /// Throws `Failure` where the input is damaged; what was decoded until then has been given.
     virtual bool next(Picture& picture) = 0;
+    /// A read that waits for data gives up when a signal comes or time passes and `given` says so: any thread. What
+    /// `next` throws then means nothing.
+    virtual void giveUpWhen(const std::function<bool()>& given) { static_cast<void>(given); }
     /// Back to the first picture.
     virtual void rewind() = 0;
     /// One picture and no more: a still.

@@ -6,7 +6,7 @@
 
 namespace zetplay {
 
-std::string Stats::line(std::int64_t framesRead, std::int64_t framesSet) const {
+std::string Stats::line(std::int64_t framesRead, std::int64_t framesSet, std::int64_t framesDrawn) const {
     const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - _start;
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
@@ -15,10 +15,11 @@ std::string Stats::line(std::int64_t framesRead, std::int64_t framesSet) const {
     };
     char text[256];
     std::snprintf(text, sizeof text,
-                  "{\"frames_read\": %lld, \"frames_set\": %lld, \"wall_seconds\": %.3f, \"cpu_seconds\": %.3f, "
-                  "\"peak_resident_bytes\": %lld}",
-                  static_cast<long long>(framesRead), static_cast<long long>(framesSet), wall.count(),
-                  seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<long long>(usage.ru_maxrss) * 1024);
+                  "{\"frames_read\": %lld, \"frames_set\": %lld, \"frames_drawn\": %lld, \"wall_seconds\": %.3f, "
+                  "\"cpu_seconds\": %.3f, \"peak_resident_bytes\": %lld}",
+                  static_cast<long long>(framesRead), static_cast<long long>(framesSet),
+                  static_cast<long long>(framesDrawn), wall.count(), seconds(usage.ru_utime) + seconds(usage.ru_stime),
+                  static_cast<long long>(usage.ru_maxrss) * 1024);
     return text;
 }
 

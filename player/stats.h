@@ -10,7 +10,7 @@ namespace zetplay {
 class Stats {
 public:
     /// One line of JSON.
-    std::string line(std::int64_t framesRead, std::int64_t framesSet) const;
+    std::string line(std::int64_t framesRead, std::int64_t framesSet, std::int64_t framesDrawn) const;
 
 private:
     std::chrono::steady_clock::time_point _start = std::chrono::steady_clock::now();

@@ -25,7 +25,7 @@ public:
     std::string name() const override { return _mount == Mount::ceiling ? "ceiling camera" : "wall camera"; }
 
 private:
-    void paintFigure(Picture& picture, Figure figure) const;
+    void paintFigure(const Planes& picture, Figure figure) const;
 
     Mount _mount;
     double _frameRate;
@@ -33,6 +33,7 @@ private:
     FisheyeLens _lens;
     FisheyeCanvas _canvas;
     std::vector<ClockFace> _clocks;
+    PlanePool _pool;
     Picture _background;  ///< all that stands still
     std::int64_t _number = 0;
 };
@@ -43,28 +44,25 @@ SyntheticCamera::SyntheticCamera(const SyntheticSize& size, Mount mount)
       _room(mount),
       _lens(size.width, size.height, _room.pose()),
       _canvas(_lens, _room) {
-    _canvas.paintRoom(_background);
-    for (const Figure& figure : bystanders(mount)) paintFigure(_background, figure);
+    const Planes background = _pool.shape(_background, size.width, size.height);
+    _canvas.paintRoom(background);
+    for (const Figure& figure : bystanders(mount)) paintFigure(background, figure);
     for (const Sign& clock : _room.clocks()) _clocks.emplace_back(_lens, _room, clock);
 }
 
 bool SyntheticCamera::next(Picture& picture) {
-    picture.width = _background.width;
-    picture.height = _background.height;
-    picture.yLineSize = _background.yLineSize;
-    picture.uvLineSize = _background.uvLineSize;
-    picture.y = _background.y;
-    picture.u = _background.u;
-    picture.v = _background.v;
+    const Planes planes = _pool.shape(picture, _background.width, _background.height);
+    copyPlanes(_background, planes);
+    picture.color = {zet::COLOR_MATRIX_BT601, true};
     picture.number = _number++;
     picture.seconds = static_cast<double>(picture.number) / _frameRate;
     const std::string text = clockText(picture.seconds);
-    for (const ClockFace& clock : _clocks) clock.paint(picture, text);
-    paintFigure(picture, walker(_mount, picture.seconds));
+    for (const ClockFace& clock : _clocks) clock.paint(planes, text);
+    paintFigure(planes, walker(_mount, picture.seconds));
     return true;
 }
 
-void SyntheticCamera::paintFigure(Picture& picture, Figure figure) const {
+void SyntheticCamera::paintFigure(const Planes& picture, Figure figure) const {
     _canvas.paintShadow(picture, figure.feet, 0.5F);
     // What is nearer to the camera hides what is farther.
     const Vec3 eye = _room.pose().eye;

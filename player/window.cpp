@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "source.h"
+#include "wakeup.h"
 
 namespace zetplay {
 
@@ -116,6 +117,12 @@ void Window::resize(int newWidth, int newHeight) {
 void Window::toggleFullScreen() {
     _fullScreen = !_fullScreen;
     SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+}
+
+void Window::waitForEvents(int timeoutMs) const {
+    // What has been read from the connection already does not show there.
+    if (SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT) || XEventsQueued(_display, QueuedAfterFlush) > 0) return;
+    waitForInput(ConnectionNumber(_display), timeoutMs);
 }
 
 }  // namespace zetplay

@@ -43,6 +43,9 @@ public:
     /// Returns when the server has the new size, or after half a second if a window manager refuses it.
     void resize(int width, int height);
     void toggleFullScreen();
+    /// Sleeps until an event has come or `wake` is called, or for `timeoutMs` at most; below 0 for ever. Unlike SDL's
+    /// own wait it can be ended from a signal handler.
+    void waitForEvents(int timeoutMs) const;
     /// What the X server holds for the window; good until the next call. Throws `Failure`.
     Pixels read() { return _reader->read(_handle); }
     /// The same as a picture of its own.

@@ -43,8 +43,10 @@ Picture paint(const Scene& scene, int number) {
     }();
     std::mt19937 random(static_cast<unsigned>(number));
     std::normal_distribution<double> noise(0, std::max(scene.noise, 1e-9));
+    PlanePool pool;
     Picture picture;
-    shapePicture(picture, scene.width, scene.height);
+    const Planes planes = pool.shape(picture, scene.width, scene.height);
+    picture.color.fullRange = 1;
     for (int y = 0; y < scene.height; ++y) {
         for (int x = 0; x < scene.width; ++x) {
             const double right = x + 0.5 - scene.x;
@@ -54,7 +56,7 @@ Picture paint(const Scene& scene, int number) {
             const auto at = static_cast<std::size_t>((y - scene.y + 240) * camera.yLineSize + x - scene.x + 240);
             const double room = shown ? camera.y[at] : 0.0;
             const Spot spot{right, down, room, reach, std::atan2(down, right) * 180 / std::numbers::pi};
-            picture.y[static_cast<std::size_t>(y * picture.yLineSize + x)] =
+            planes.y[static_cast<std::size_t>(y * planes.yLineSize + x)] =
                 static_cast<std::uint8_t>(std::clamp(scene.luma(spot) + noise(random), 0.0, 255.0));
         }
     }

@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <cstring>
 #include <random>
 
+#include "frameconverter.h"
 #include "testmedia.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
 
 namespace zetplay::test {
 namespace {
@@ -48,9 +53,10 @@ TEST(MediaSource, FullRangePassesSampleForSampleTimeAfterTime) {
                           (std::array{2 * w, 2 * h, line, line / 2}));
                 const char* const u = pictures[i].data() + width * height;
                 const char* const v = u + half * ((height + 1) / 2);
-                EXPECT_TRUE(picture.y == padded(pictures[i].data(), width, 2 * w, 2 * h, line));
-                EXPECT_TRUE(picture.u == padded(u, half, w, h, line / 2));
-                EXPECT_TRUE(picture.v == padded(v, half, w, h, line / 2));
+                std::vector<std::uint8_t> expected = padded(pictures[i].data(), width, 2 * w, 2 * h, line);
+                for (const char* plane : {u, v})
+                    for (const std::uint8_t sample : padded(plane, half, w, h, line / 2)) expected.push_back(sample);
+                EXPECT_TRUE(samplesOf(picture) == expected);
             }
             EXPECT_EQ(source->next(picture), count == 2);
             source->rewind();
@@ -58,49 +64,109 @@ TEST(MediaSource, FullRangePassesSampleForSampleTimeAfterTime) {
     }
 }
 
-using Colour = std::array<double, 3>;
-
-/// R'G'B' of 0 to 1 as 8-bit Y'CbCr, by the definition in ITU-R BT.601.
-Colour toYuv(const Colour& rgb, bool fullRange) {
-    const double y = 0.299 * rgb[0] + 0.587 * rgb[1] + 0.114 * rgb[2];
-    const double cb = (rgb[2] - y) / 1.772;
-    const double cr = (rgb[0] - y) / 1.402;
-    if (fullRange) return {255 * y, std::min(128 + 255 * cb, 255.0), std::min(128 + 255 * cr, 255.0)};
-    return {16 + 219 * y, 128 + 224 * cb, 128 + 224 * cr};
+FrameHandle frameOf(AVPixelFormat format, int width, int height, int align) {
+    FrameHandle frame(av_frame_alloc());
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), align) < 0) throw std::bad_alloc();
+    for (int plane = 0; plane < 3 && frame->data[plane]; ++plane)
+        std::memset(frame->data[plane], 100 + plane, static_cast<std::size_t>(frame->linesize[plane]));
+    return frame;
 }
 
-/// The whole picture has this colour.
-void expectColour(const Picture& picture, const Colour& rgb) {
-    const Colour expected = toYuv(rgb, true);
-    EXPECT_NEAR(picture.y.front(), expected[0], 2);
-    EXPECT_NEAR(picture.u.front(), expected[1], 2);
-    EXPECT_NEAR(picture.v.front(), expected[2], 2);
-}
-
-TEST(MediaSource, ConvertsColoursToFullRange420) {
-    const ScratchDirectory scratch;
-    const Colour colours[] = {{0, 0, 0}, {1, 1, 1}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0.2, 0.6, 0.9}};
-    for (const std::string form : {"C420jpeg", "C420jpeg XCOLORRANGE=LIMITED", "C444", "C444 XCOLORRANGE=FULL"}) {
-        SCOPED_TRACE(form);
-        std::vector<std::string> pictures(std::size(colours));
-        for (std::size_t i = 0; i < pictures.size(); ++i) {
-            const Colour yuv = toYuv(colours[i], form.ends_with("FULL"));
-            for (std::size_t plane = 0; plane < 3; ++plane)
-                pictures[i].append(plane > 0 && form.starts_with("C420") ? 256 : 1024,
-                                   static_cast<char>(std::lround(yuv[plane])));
-        }
-        const auto read = picturesOf(scratch.write("a.y4m", y4m(32, 32, form, pictures)));
-        ASSERT_EQ(read.size(), pictures.size());
-        for (std::size_t i = 0; i < read.size(); ++i) expectColour(read[i], colours[i]);
+TEST(FrameConverter, HandsOnPlanesWithoutPaddingAndCopiesOthers) {
+    const struct {
+        const char* name;
+        AVPixelFormat format;
+        int width, height, align, quarterTurns;
+        bool handedOn;
+    } cases[] = {
+        {"plain", AV_PIX_FMT_YUV420P, 64, 32, 32, 0, true},
+        {"full range by its format", AV_PIX_FMT_YUVJ420P, 64, 32, 32, 0, true},
+        {"a row too many", AV_PIX_FMT_YUV420P, 64, 33, 32, 0, true},
+        {"padded lines", AV_PIX_FMT_YUV420P, 64, 32, 128, 0, false},
+        {"a column too many", AV_PIX_FMT_YUV420P, 65, 32, 1, 0, false},
+        {"upside down", AV_PIX_FMT_YUV420P, 64, 32, 32, 2, false},
+        {"another format", AV_PIX_FMT_YUV422P, 64, 32, 32, 0, false},
+    };
+    for (const auto& [name, format, width, height, align, quarterTurns, handedOn] : cases) {
+        SCOPED_TRACE(name);
+        Picture picture;
+        const FrameHandle frame = frameOf(format, width, height, align);
+        const std::array<const std::uint8_t*, 3> planes{frame->data[0], frame->data[1], frame->data[2]};
+        const FrameHandle other(av_frame_clone(frame.get()));  // keeps the memory from being used again
+        FrameConverter(quarterTurns).convert(*frame, picture);
+        EXPECT_EQ((std::array{picture.y, picture.u, picture.v} == planes), handedOn);
+        EXPECT_EQ((std::array{picture.width, picture.height, picture.yLineSize, picture.uvLineSize}),
+                  (std::array{64, 32, 64, 32}));
+        EXPECT_EQ(picture.y[quarterTurns == 2 ? 64 * 32 - 1 : 0], 100);
     }
 }
 
-TEST(MediaSource, ReadsAPictureFileAsAFullRangeStill) {
+TEST(FrameConverter, SaysHowColoursAreCoded) {
+    const struct {
+        AVPixelFormat format;
+        int height;
+        AVColorSpace matrix;
+        AVColorRange range;
+        int expectedMatrix;
+        bool fullRange;
+    } cases[] = {
+        {AV_PIX_FMT_YUV420P, 718, AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, 6, false},
+        {AV_PIX_FMT_YUV420P, 720, AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, 1, false},
+        {AV_PIX_FMT_YUV420P, 720, AVCOL_SPC_SMPTE170M, AVCOL_RANGE_JPEG, 6, true},
+        {AV_PIX_FMT_YUV420P, 32, AVCOL_SPC_BT2020_NCL, AVCOL_RANGE_MPEG, 9, false},
+        {AV_PIX_FMT_YUV420P, 32, AVCOL_SPC_YCGCO, AVCOL_RANGE_MPEG, 6, false},
+        {AV_PIX_FMT_YUVJ422P, 32, AVCOL_SPC_BT470BG, AVCOL_RANGE_UNSPECIFIED, 5, true},
+        {AV_PIX_FMT_YUV444P10, 720, AVCOL_SPC_BT709, AVCOL_RANGE_MPEG, 1, false},
+        {AV_PIX_FMT_GRAY8, 32, AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, 6, true},
+        {AV_PIX_FMT_GRAY8, 32, AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_MPEG, 6, false},
+        {AV_PIX_FMT_RGB24, 720, AVCOL_SPC_RGB, AVCOL_RANGE_JPEG, 6, true},
+        {AV_PIX_FMT_GBRP, 720, AVCOL_SPC_RGB, AVCOL_RANGE_UNSPECIFIED, 6, true},
+    };
+    for (const auto& [format, height, matrix, range, expectedMatrix, fullRange] : cases) {
+        const FrameHandle frame = frameOf(format, 32, height, 0);
+        frame->colorspace = matrix;
+        frame->color_range = range;
+        Picture picture;
+        FrameConverter(0).convert(*frame, picture);
+        EXPECT_EQ((std::pair{picture.color.matrix, picture.color.fullRange != 0}),
+                  (std::pair{expectedMatrix, fullRange}))
+            << av_get_pix_fmt_name(format) << ' ' << height;
+    }
+}
+
+TEST(MediaSource, ReadsOtherFormatsAsTheyAreCoded) {
     const ScratchDirectory scratch;
-    const std::string path = scratch.write("a%d:b.pgm", "P5 4 2 255\n" + std::string(8, '\x9'));
-    EXPECT_TRUE(openMedia(path)->still());
-    ASSERT_EQ(picturesOf(path).size(), 1u);
-    expectColour(picturesOf(path)[0], {9 / 255.0, 9 / 255.0, 9 / 255.0});
+    // Grey and colour at the ends of the limited range stay there; red of RGB comes as full-range BT.601.
+    const struct {
+        const char* name;
+        std::string content;
+        std::array<int, 3> samples;
+        bool fullRange;
+        bool still;
+    } cases[] = {
+        {"444.y4m",
+         y4m(4, 2, "C444", std::vector(2, std::string(8, '\x10') + std::string(8, '\x50') + std::string(8, '\xf0'))),
+         {16, 80, 240},
+         false,
+         false},
+        {"a%d:b.pgm", "P5 4 2 255\n" + std::string(8, '\x9'), {9, 128, 128}, true, true},
+        {"red.ppm", "P6 2 2 255\n" + std::string("\xff\0\0\xff\0\0\xff\0\0\xff\0\0", 12), {76, 85, 255}, true, true},
+    };
+    for (const auto& [name, content, samples, fullRange, still] : cases) {
+        SCOPED_TRACE(name);
+        const std::string path = scratch.write(name, content);
+        EXPECT_EQ(openMedia(path)->still(), still);
+        const auto pictures = picturesOf(path);
+        ASSERT_EQ(pictures.size(), still ? 1u : 2u);
+        const Picture& picture = pictures.back();
+        EXPECT_EQ(picture.color.fullRange != 0, fullRange);
+        EXPECT_NEAR(picture.y[0], samples[0], 1);
+        EXPECT_NEAR(picture.u[0], samples[1], 1);
+        EXPECT_NEAR(picture.v[0], samples[2], 1);
+    }
 }
 
 TEST(MediaSource, GivesWhatAnInputHoldsAndNamesWhatIsWrong) {

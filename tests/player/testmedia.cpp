@@ -83,9 +83,14 @@ std::string quarteredVideo(int width, int height, int frames) {
 
 std::array<double, 3> shownColour(int quarter) {
     const auto [y, cb, cr] = quarters[quarter];
-    const double u = cb - 127.5;
-    const double v = cr - 127.5;
-    return {y + 1.13983 * v, y - 0.39465 * u - 0.58060 * v, y + 2.03211 * u};
+    return {y + 1.402 * (cr - 128), y - 0.344136 * (cb - 128) - 0.714136 * (cr - 128), y + 1.772 * (cb - 128)};
+}
+
+std::vector<std::uint8_t> samplesOf(const Picture& picture) {
+    std::vector<std::uint8_t> samples(picture.y, picture.y + picture.height * picture.yLineSize);
+    for (const std::uint8_t* plane : {picture.u, picture.v})
+        samples.insert(samples.end(), plane, plane + picture.height / 2 * picture.uvLineSize);
+    return samples;
 }
 
 std::vector<Picture> picturesOf(const std::string& path) {

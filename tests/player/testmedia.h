@@ -32,9 +32,11 @@ void repack(const std::string& from, const std::string& to);
 
 /// A .y4m video of pictures whose quarters have a colour each.
 std::string quarteredVideo(int width, int height, int frames);
-/// Red, green and blue, 0 to 255, that the module makes of a quarter; from the top left one row by row.
+/// Red, green and blue, 0 to 255, of a quarter by full-range BT.601; from the top left one row by row.
 std::array<double, 3> shownColour(int quarter);
 
+/// Y, U and V of a picture, one behind the other, each with the padding of its lines.
+std::vector<std::uint8_t> samplesOf(const Picture& picture);
 /// All pictures of a video. Throws `Failure`.
 std::vector<Picture> picturesOf(const std::string& path);
 Image readPng(const std::string& path);

@@ -70,6 +70,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"good.y4m", "env -u DISPLAY", 1, "zetplay: no X display: DISPLAY is not set\n"},
         {"good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view[^\n]*\n"},
         {"--record ''", "", 2, "zetplay: --record is empty\n"},
+        {"good.y4m --frame-color 709", "", 2, "zetplay: --frame-color: '709' is not auto, MATRIX,RANGE[^\n]*\n"},
         {"good.y4m --frames 0", "", 2, "zetplay: --frames: '0' is not a count of frames\n"},
         {"good.y4m --script wrong.txt", "", 2, "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"good.y4m --script much.txt", "", 1, "zetplay: much\\.txt:1: frame: the input ends after 9 frames\n"},
@@ -111,12 +112,14 @@ TEST_F(Zetplay, TellsWhatCannotBeWritten) {
 
 TEST_F(Zetplay, DoesEachCommandOfStandardInputAsItComes) {
     const Result result = run("good.y4m --stats --script -", {},
-                              "frame 2\nscale 2\nread-scale\nrender-mode 77\nread-scale\nhop\nread-scale\n");
+                              "frame 2\nscale 2\nread-scale\nrender-mode 77\nread-scale\nwindow none\nframe\nhop\n"
+                              "read-scale\n");
     EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.err, "zetplay: standard input:6: 'hop' is no command\n");
+    EXPECT_EQ(result.err, "zetplay: standard input:8: 'hop' is no command\n");
     EXPECT_THAT(result.out,
                 testing::MatchesRegex(
-                    "scale 2.000000\nscale unanswered\n.\"frames_read\": 2, \"frames_set\": 2, \"wall_seconds\":"
+                    "scale 2.000000\nscale unanswered\n.\"frames_read\": 3, \"frames_set\": 3, \"frames_drawn\": 2, "
+                    "\"wall_seconds\":"
                     " [0-9.]+, \"cpu_seconds\": [0-9.]+, \"peak_resident_bytes\": [0-9]+.\n"));
 }
 
@@ -148,17 +151,104 @@ TEST_F(Zetplay, SnapshotsAgreeWithTheWindow) {
     EXPECT_EQ(contents(_scratch.path("view.rgba")).size(), 200u * 100 * 4);
 }
 
+/// How colours of 0 to 1 are coded: weights of red and blue in luma, by ITU-T H.273, and the range.
+struct Coding {
+    double red, blue;
+    bool fullRange;
+    std::array<double, 3> toSamples(const std::array<double, 3>& rgb) const {
+        const double luma = red * rgb[0] + (1 - red - blue) * rgb[1] + blue * rgb[2];
+        const double u = (rgb[2] - luma) / (2 - 2 * blue);
+        const double v = (rgb[0] - luma) / (2 - 2 * red);
+        if (fullRange) return {255 * luma, 128 + 255 * u, 128 + 255 * v};
+        return {16 + 219 * luma, 128 + 224 * u, 128 + 224 * v};
+    }
+};
+
+constexpr std::array<double, 3> patches[12] = {{1, 0, 0},       {0, 1, 0},       {0, 0, 1},       {0, 1, 1},
+                                               {1, 0, 1},       {1, 1, 0},       {0, 0, 0},       {1, 1, 1},
+                                               {0.5, 0.5, 0.5}, {0.8, 0.5, 0.3}, {0.1, 0.3, 0.6}, {0.3, 0.6, 0.2}};
+
+/// Four times three patches of 32x32 in three raw planes.
+std::string patchPlanes(const Coding& coding) {
+    std::string planes;
+    for (const std::size_t plane : {0, 1, 2})
+        for (int side = plane == 0 ? 32 : 16, y = 0; y < 3 * side; ++y)
+            for (int x = 0; x < 4 * side; ++x) {
+                const double sample = coding.toSamples(patches[y / side * 4 + x / side])[plane];
+                planes += static_cast<char>(std::lround(std::min(sample, 255.0)));
+            }
+    return planes;
+}
+
+TEST_F(Zetplay, ShowsColoursAsTheyWereCoded) {
+    constexpr Coding limited709{0.2126, 0.0722, false}, full709{0.2126, 0.0722, true};
+    constexpr Coding limited601{0.299, 0.114, false}, full601{0.299, 0.114, true}, full2020{0.2627, 0.0593, true};
+    const struct {
+        const char* name;
+        Coding coding;
+        const char* encoder;  // of FFmpeg
+        const char* options = "";
+    } cases[] = {
+        {"a.mp4", limited709, "-c:v libx264 -qp 1 -colorspace bt709 -color_range tv"},
+        {"b.mp4", full709, "-c:v libx264 -qp 1 -colorspace bt709 -color_range pc"},
+        {"c.mp4", limited601, "-c:v libx264 -qp 1 -colorspace smpte170m -color_range tv"},
+        {"d.mp4", full601, "-c:v libx264 -qp 1 -colorspace bt470bg -color_range pc"},
+        {"e.jpg", full601, "-pix_fmt yuvj420p -q:v 1"},
+        {"f.png", full601, "-pix_fmt rgb24"},
+        {"g.y4m", limited601, ""},
+        {"h.y4m", full2020, "", "--frame-color 2020,full"},
+    };
+    for (const auto& [name, coding, encoder, options] : cases) {
+        SCOPED_TRACE(name);
+        _scratch.write("planes", patchPlanes(coding));
+        const std::string range = coding.fullRange ? "pc" : "tv";
+        const std::string command = "cd " + _scratch.path("") +
+                                    " && ffmpeg -v error -f rawvideo -s 128x96 -color_range " + range +
+                                    " -pix_fmt yuv420p -i planes " + encoder + " " + name;
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        ASSERT_EQ(run("--size 128x96 " + std::string(name) + " " + options + " --script -", {},
+                      "frame\nsnap source.png source\ngrab window.png\n")
+                      .status,
+                  0);
+        for (const char* file : {"window.png", "source.png"}) {
+            const Image image = readImage(file);
+            for (int patch = 0; patch < 12; ++patch)
+                for (std::size_t c = 0; c < 3; ++c)
+                    EXPECT_NEAR(image.row(patch / 4 * 32 + 16)[patch % 4 * 96 + 48 + static_cast<int>(c)],
+                                255 * patches[patch][c], 4)
+                        << file << ' ' << patch << ' ' << c;
+        }
+    }
+}
+
+TEST_F(Zetplay, LeavesColoursToTheModuleWhereToldTo) {
+    // What `zet::YUV420PData` promises, of samples far from grey.
+    const std::string picture = std::string(64, '\x64') + std::string(16, '\x78') + std::string(16, '\x96');
+    const std::array moduleDefault{100 + 1.13983 * 22.5, 100 + 0.39465 * 7.5 - 0.58060 * 22.5, 100 - 2.03211 * 7.5};
+    const std::array full709{100 + 1.5748 * 22, 100 + 0.1873 * 8 - 0.4681 * 22, 100 - 1.8556 * 8};
+    _scratch.write("a.y4m", y4m(8, 8, "C420jpeg", std::vector(4, picture)));
+    const auto expectShown = [&](const char* file, const std::array<double, 3>& rgb) {
+        for (std::size_t c = 0; c < 3; ++c) EXPECT_NEAR(readImage(file).rgb[c], rgb[c], 2) << file << ' ' << c;
+    };
+    run("--size 64x64 a.y4m --frame-color none --script -", {},
+        "frame\ngrab none.png\nframe-color 1,full\nframe\ngrab given.png\nframe-color none\nframe\ngrab again.png\n"
+        "snap source.png source\n");
+    for (const char* file : {"none.png", "again.png", "source.png"}) expectShown(file, moduleDefault);
+    expectShown("given.png", full709);
+}
+
 /// A picture of 320x160 whose quarters have the colours that the window shows.
 void expectRecorded(const Picture& picture) {
-    ASSERT_EQ(picture.y.size(), 320u * 160);
+    ASSERT_EQ((std::array{picture.width, picture.height}), (std::array{320, 160}));
+    EXPECT_EQ((std::pair{picture.color.matrix, picture.color.fullRange}), (std::pair{1, 0}));
     for (int quarter = 0; quarter < 4; ++quarter) {
         const auto at = static_cast<std::size_t>((quarter / 2 ? 60 : 20) * 160 + (quarter % 2 ? 120 : 40));
-        // ITU-R BT.601, full range. 4: what the codec loses.
         const auto [red, green, blue] = shownColour(quarter);
-        const double luma = 0.299 * red + 0.587 * green + 0.114 * blue;
-        EXPECT_NEAR(picture.y[4 * (at / 160) * 160 + 2 * (at % 160)], luma, 4) << quarter;
-        EXPECT_NEAR(picture.u[at], 128 + (blue - luma) / 1.772, 4) << quarter;
-        EXPECT_NEAR(picture.v[at], 128 + (red - luma) / 1.402, 4) << quarter;
+        const auto expected = Coding{0.2126, 0.0722, false}.toSamples({red / 255, green / 255, blue / 255});
+        // 4: what the codec loses.
+        EXPECT_NEAR(picture.y[4 * (at / 160) * 160 + 2 * (at % 160)], expected[0], 4) << quarter;
+        EXPECT_NEAR(picture.u[at], expected[1], 4) << quarter;
+        EXPECT_NEAR(picture.v[at], expected[2], 4) << quarter;
     }
 }
 

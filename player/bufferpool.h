@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+struct AVBufferPool;
+struct AVBufferRef;
+
+namespace zetplay {
+
+/// Memory that is used again when its last owner, on any thread, has given it back.
+class BufferPool {
+public:
+    /// Memory of `size` bytes, uninitialised, which the caller owns. What is there in another size is given up.
+    AVBufferRef* get(std::size_t size);
+
+private:
+    struct Unneeded {
+        void operator()(AVBufferPool* pool) const;
+    };
+
+    std::unique_ptr<AVBufferPool, Unneeded> _pool;
+    std::size_t _size = 0;
+};
+
+}  // namespace zetplay

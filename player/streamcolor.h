@@ -1,0 +1,19 @@
+#pragma once
+
+#include "avhandles.h"
+#include "zet/records.h"
+
+namespace zetplay {
+
+/// How the colours of a decoded frame are coded. Where the stream doesn't tell, as players take it: the matrix by the
+/// height, BT.709 from 720 lines on; limited range, but full range for grey, which is how picture files hold it, and
+/// for the formats that have it in their names. RGB has no such coding: it gets the one that it is converted to.
+zet::FrameColor colorOf(const AVFrame& frame);
+
+/// Whether a format holds red, green and blue, or a palette of them.
+bool isRgb(AVPixelFormat format);
+
+/// The same layout without "full range" in its name.
+AVPixelFormat plainFormat(AVPixelFormat format);
+
+}  // namespace zetplay

@@ -1,0 +1,45 @@
+#include "drawwatch.h"
+
+#include <gtest/gtest.h>
+
+namespace zetplay {
+namespace {
+
+TEST(DrawWatch, KnowsWhichNoticeIsTheFrames) {
+    // A request, the set of a frame from its begin to its end, notices; a wait in vain, and the draw that was due.
+    const struct {
+        const char* name;
+        std::string events;
+        int drawn;
+        bool waits;
+    } cases[] = {
+        {"drawn after the set", "bed", 1, false},
+        {"drawn within the set", "bde", 1, false},
+        {"a redraw within the set", "rbde", 0, true},
+        {"a redraw within the set, then the frame", "rbded", 1, false},
+        {"the redraw or the frame, and none to come", "rbdews", 1, false},
+        {"then no redraw was owed any more", "rbdewsbde", 2, false},
+        {"one was due and others are still owed", "rbdewdsbde", 1, true},
+        {"the request comes within the set", "brde", 0, true},
+        {"no redraw is owed any more", "r" + std::string(31, 'd') + "bde", 1, false},
+        {"nothing can be drawn", "bews", 0, false},
+        {"redraws of the frame count once", "bedrdd", 1, false},
+        {"dropped for the frame before", "bebed", 1, false},
+    };
+    for (const auto& [name, events, drawn, waits] : cases) {
+        DrawWatch watch;
+        for (const char event : events) {
+            if (event == 'r') watch.requested();
+            if (event == 'b') watch.frameBegins();
+            if (event == 'e') watch.frameEnds();
+            if (event == 'd') watch.drawn();
+            if (event == 'w') watch.waitFrame(std::chrono::seconds(0));
+            if (event == 's') watch.dueDrawn();
+        }
+        EXPECT_EQ(watch.framesDrawn(), drawn) << name;
+        EXPECT_EQ(watch.waitFrame(std::chrono::seconds(0)), !waits) << name;
+    }
+}
+
+}  // namespace
+}  // namespace zetplay

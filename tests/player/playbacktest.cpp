@@ -1,0 +1,111 @@
+#include "playback.h"
+
+#include <gtest/gtest.h>
+
+#include "testmedia.h"
+#include "wakeup.h"
+
+namespace zetplay::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Plays four pictures, a to d, over and over, while somebody in another thread presses keys.
+class Looping : public testing::Test {
+protected:
+    Looping() {
+        const auto note = [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
+            const std::lock_guard lock(_mutex);
+            _shown += static_cast<char>(*static_cast<const zet::YUV420PData*>(event.getData())->y);
+            _setter = std::this_thread::get_id();
+            _changed.notify_all();
+            return 0;
+        };
+        _observers.regist(zet::DCFG_YUV_FRAME, note, zet::DCFG_FLAG_EVENT);
+    }
+
+    static void press(SDL_Keycode key) {
+        SDL_Event event{};
+        event.type = SDL_KEYDOWN;
+        event.key.keysym.sym = key;
+        SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0);
+        wake();
+    }
+    void waitShown(std::size_t count) {
+        std::unique_lock lock(_mutex);
+        EXPECT_TRUE(_changed.wait_for(lock, 20s, [&] { return _shown.size() >= count; })) << count;
+    }
+    /// How many pictures have been shown when no more come; they would at every 40 ms.
+    std::size_t waitQuiet() {
+        std::unique_lock lock(_mutex);
+        std::size_t count = _shown.size();
+        for (int i = 0; i < 20 && _changed.wait_for(lock, 500ms, [&] { return _shown.size() != count; }); ++i)
+            count = _shown.size();
+        return count;
+    }
+    /// Returns when the user has quit.
+    template <typename User>
+    void play(User user) {
+        std::thread hands(user);
+        Playback(_session).run();
+        hands.join();
+    }
+
+    static std::string picture(char sample) { return std::string(24, sample); }
+    ScratchDirectory _scratch;
+    Options _options = [this] {
+        Options options;
+        options.input =
+            _scratch.write("a.y4m", y4m(4, 4, fullRange, {picture('a'), picture('b'), picture('c'), picture('d')}));
+        options.width = options.height = 100;
+        options.headless = options.loop = true;
+        return options;
+    }();
+    Session _session{_options};
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    std::string _shown;
+    std::thread::id _setter;
+    zet::DisplayConfigKit _observers{&_session.driver.bus()};
+};
+
+char following(char picture) {
+    return picture == 'd' ? 'a' : static_cast<char>(picture + 1);
+}
+
+TEST_F(Looping, PausesStepsAndGoesOn) {
+    std::size_t rest = 0;
+    std::size_t stepped = 0;
+    play([&] {
+        waitShown(6);  // more than there are
+        press(SDLK_SPACE);
+        rest = waitQuiet();
+        for (const std::size_t step : {1, 2}) {
+            press(SDLK_PERIOD);
+            waitShown(rest + step);
+        }
+        press(SDLK_2);  // the new view gets the picture again
+        waitShown(rest + 3);
+        stepped = waitQuiet();
+        press(SDLK_SPACE);
+        waitShown(stepped + 3);
+        press(SDLK_q);
+    });
+    EXPECT_EQ(stepped, rest + 3);
+    EXPECT_EQ(_shown[rest], following(_shown[rest - 1]));
+    EXPECT_EQ(_shown[rest + 1], following(_shown[rest]));
+    EXPECT_EQ(_shown[rest + 2], _shown[rest + 1]);
+    EXPECT_NE(_setter, std::this_thread::get_id()) << "the window's thread waits for no draw";
+}
+
+TEST_F(Looping, EndsWhereLoopingDoes) {
+    play([&] {
+        waitShown(5);
+        press(SDLK_l);
+    });
+    EXPECT_EQ(_session.feed.framesRead() % 4, 0);
+    EXPECT_EQ(_session.driver.framesDrawn(), _session.feed.framesSet());
+}
+
+}  // namespace
+}  // namespace zetplay::test
