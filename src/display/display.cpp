@@ -78,10 +78,13 @@ int Display::onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery
     return 0;
 }
 
-int Display::onFrameColor(DisplayConfig&, DisplayConfigUserData& delivery) {
-    int result = -1;
-    postTask([&] { return result = colorTask(delivery); });
-    return result == 0 ? onRenderRequest(*_config, delivery) : 0;
+int Display::onFrameColor(DisplayConfig& config, DisplayConfigUserData& delivery) {
+    bool redraw = false;
+    postTask([&] {
+        redraw = colorTask(delivery) == 0 && _frame.hasPlanes();
+        return 0;
+    });
+    return redraw ? config.setConfig(DCFG_RENDER_REQUEST, nullptr) : 0;
 }
 
 int Display::onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery) {
