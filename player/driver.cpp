@@ -96,8 +96,6 @@ void Driver::setColor(zet::FrameColor color) {
     if (color.matrix == _color.matrix && color.fullRange == _color.fullRange) return;
     _color = color;
     _bus.setConfig(zet::DCFG_FRAME_COLOR, &color);
-    // The module owes redraws for it.
-    _draws.requested();
 }
 
 void Driver::waitDrawn() {

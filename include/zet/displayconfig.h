@@ -98,7 +98,8 @@ public:
     ///
     /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
     /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in; a
-    /// set on another thread that comes to this observer waits until the replay has returned.
+    /// set on another thread that comes to this observer waits until the replay has returned, so an observer that is
+    /// replayed must not wait for a setter of `id`.
     void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
     /// Ends a registration and clears `handle`: 0, or -1 for a handle that is not in force. Once it has returned no
     /// call begins; a call that another thread has begun may still be finishing. Never waits for such a call.

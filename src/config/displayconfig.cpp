@@ -137,16 +137,17 @@ void DisplayConfig::doEvent(DisplayConfigData& slot, unsigned event) {
     } walk(slot, event);
     for (const auto& entry : slot.observers) {
         // Shared for the length of the call: another thread may end the registration meanwhile.
-        const auto registration = entry;
+        auto registration = entry;
         if (!registration || (registration->_flag & event) == 0) continue;
         // An older value that another thread is replaying comes first, and one at a time.
         slot.replayed.wait(walk.leaf, [&] {
             const auto replayer = registration->_replayer;
             return replayer == std::thread::id() || replayer == std::this_thread::get_id();
         });
-        if (!entry) continue;
+        const bool stands = entry != nullptr;
         walk.leaf.unlock();
-        registration->_callback(*this, *registration);
+        if (stands) registration->_callback(*this, *registration);
+        registration.reset();  // may be the last: what the observer holds goes outside the lock
         walk.leaf.lock();
     }
 }

@@ -82,7 +82,7 @@ private:
     /// Works the lens region out as the mode in force wants it.
     void findRegion();
     int drawFrame();
-    void drawPicture();
+    bool drawPicture();
 
     // displaysnap.cpp. Render thread.
     int snapTask(const DisplayConfigUserData& delivery);
@@ -105,7 +105,7 @@ private:
     std::vector<std::function<int()>> _tasks;  // what is queued or being run: emptied when all have run
     Condition _taskDoneCond;
     Condition::Clock::time_point _lastDraw;
-    std::uint32_t _drawCount = 0;  // swaps that have shown a draw
+    std::uint32_t _drawCount = 0;  // pictures shown
 
     // The frame and its view. Render thread.
     const float _touchScale = 1.0f;  // surface pixels to a unit of the gestures' coordinates, handed to the views

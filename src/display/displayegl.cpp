@@ -89,8 +89,9 @@ int Display::windowTask(const DisplayConfigUserData& delivery) {
     // A snapshot reads what was shown: ask for the back buffer to survive the swap, where the config has it.
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
+    if (makeCurrent() != 0) return -1;
     checkFragmentPrecision();
-    if (!_render && makeCurrent() == 0) _render = createRender(_renderMode, _config, _touchScale, this);
+    if (!_render) _render = createRender(_renderMode, _config, _touchScale, this);
     return 0;
 }
 

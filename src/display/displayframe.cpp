@@ -100,8 +100,9 @@ int Display::colorTask(const DisplayConfigUserData& delivery) {
         ZETLog::instance().error("Display::onFrameColor refused matrix: %d", color ? color->matrix : -1);
         return -1;
     }
+    const bool changed = *transform != _frame.color;
     _frame.color = *transform;
-    return 0;
+    return changed ? 0 : -1;
 }
 
 int Display::modeTask(const DisplayConfigUserData& delivery) {
@@ -116,19 +117,21 @@ int Display::drawFrame() {
     if (!_eglSurface) return -1;
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_WIDTH, &_surfaceWidth)) return -1;
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_HEIGHT, &_surfaceHeight)) return -1;
-    if (makeCurrent() == 0) drawPicture();
+    const bool drawn = makeCurrent() == 0 && drawPicture();
     if (swapBuffers() != 0) return -1;
-    _config->setConfig(DCFG_DRAWN, ++_drawCount);
+    _lastDraw = Condition::Clock::now();  // before the notice: who hears of it may count on the pace from then on
+    if (drawn) _config->setConfig(DCFG_DRAWN, ++_drawCount);
     return 0;
 }
 
-void Display::drawPicture() {
+bool Display::drawPicture() {
     // Held for the length of the draw: an observer that a view's own request reaches may replace the view.
     const std::shared_ptr<Render> render = _render;
     const bool sizes = _surfaceWidth > 0 && _surfaceHeight > 0;
-    if (!render || !sizes || !_frame.hasPlanes()) return;
+    if (!render || !sizes || !_frame.hasPlanes()) return false;
     render->stepFling();
     render->render(_surfaceWidth, _surfaceHeight, _frame);
+    return true;
 }
 
 }  // namespace zet::ZETShow

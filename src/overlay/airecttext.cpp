@@ -25,7 +25,6 @@ void main() {
 )";
 
 const char* const textFragmentStage = R"(
-precision mediump float;
 uniform vec3 u_color;
 uniform sampler2D u_texture;
 varying vec2 v_texCoord;
@@ -48,7 +47,7 @@ int AiRectRender::initText(const std::string& path) {
         ZETLog::instance().error("AiRectRender::initText no font: %s\n", path.c_str());
         return -1;
     }
-    _textProgram = buildProgram(textVertexStage, textFragmentStage);
+    _textProgram = buildProgram(textVertexStage, joinFragment({textFragmentStage}).c_str());
     if (_textProgram == 0) return -1;
     _textMatrixLoc = glGetUniformLocation(_textProgram, "u_mapMatrix");
     _textColorLoc = glGetUniformLocation(_textProgram, "u_color");

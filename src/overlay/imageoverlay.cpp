@@ -25,7 +25,6 @@ void main() {
 
 // The file's bytes are blue, green, red: they are put in order here, not in memory.
 const char* const fragmentStage = R"(
-precision mediump float;
 uniform sampler2D u_texture;
 varying vec2 v_texCoord;
 void main() {
@@ -45,7 +44,7 @@ ImageOverlay::~ImageOverlay() {
 }
 
 int ImageOverlay::initOverlay() {
-    _overlayProgram = buildProgram(vertexStage, fragmentStage);
+    _overlayProgram = buildProgram(vertexStage, joinFragment({fragmentStage}).c_str());
     if (_overlayProgram == 0) return -1;
     _overlayMatrixLoc = glGetUniformLocation(_overlayProgram, "u_mapMatrix");
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);

@@ -40,8 +40,10 @@ void Frame::update(Plane& plane, GLint unit, GLenum format, int planeWidth, int 
     glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), planeWidth, planeHeight, 0, format, GL_UNSIGNED_BYTE,
                  data);
     sampleSmoothly();
-    plane.width = planeWidth;
-    plane.height = planeHeight;
+    // Where there was no memory for it, the next frame tries again.
+    const bool allocated = glGetError() == GL_NO_ERROR;
+    plane.width = allocated ? planeWidth : 0;
+    plane.height = allocated ? planeHeight : 0;
 }
 
 void Frame::setSize(int newWidth, int newHeight, int newLineSize) {

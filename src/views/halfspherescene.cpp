@@ -19,7 +19,6 @@ namespace zet::ZETShow {
 namespace {
 
 const char* const haloStage = R"(
-precision mediump float;
 uniform sampler2D halo;
 varying vec2 v_texCoord;
 void main() {
@@ -84,7 +83,7 @@ int HalfSphereScene::createPrograms() {
 }
 
 int HalfSphereScene::createBackProgram() {
-    _backProgram = buildProgram(frameVertexStage, haloStage);
+    _backProgram = buildProgram(frameVertexStage, joinFragment({haloStage}).c_str());
     if (_backProgram == 0) return -1;
     _backMapMatrixLoc = glGetUniformLocation(_backProgram, "u_mapMatrix");
     glUseProgram(_backProgram);
