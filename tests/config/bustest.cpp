@@ -188,7 +188,14 @@ TEST_F(Bus, deliversSetsMadeInsideADelivery) {
 TEST_F(Bus, endsRegistrationsAlsoInsideADelivery) {
     int calls = 0, endedCalls = 0;
     void* next = nullptr;
-    observe(DCFG_FLAG_EVENT, [&](Delivery& delivery) {
+    // It goes with the first observer, and takes the bus's locks then.
+    const auto kept = [this] {
+        auto kit = std::make_shared<DisplayConfigKit>(&bus);
+        kit->regist(
+            id, [](DisplayConfig&, Delivery&) { return 0; }, DCFG_FLAG_REPLAY);
+        return kit;
+    };
+    observe(DCFG_FLAG_EVENT, [&, held = kept()](Delivery& delivery) {
         ++calls;
         EXPECT_EQ(end(delivery.getUnRegistHandle()), 0);
         EXPECT_EQ(end(next), 0);
