@@ -79,9 +79,9 @@ inline constexpr std::int64_t DCFG_FRAME_READ = displayConfigId(0x9000001f);
 /// kinds of snapshot; the setter waits, and a redraw is asked for. A record that names no known matrix is refused with
 /// a line in the log: the last one stays.
 inline constexpr std::int64_t DCFG_FRAME_COLOR = displayConfigId(0x90000101);
-/// Set by the module on the render thread after each swap that has shown a picture: uint32 by value, the pictures of this
-/// display so far, redraws included. Displays that share a bus share this slot. Its observers only store what they need,
-/// and neither set nor read anything.
+/// Set by the module on the render thread after each swap that has shown a picture: uint32 by value, the pictures of
+/// this display so far, redraws included. Displays that share a bus share this slot. Its observers only store what they
+/// need, and neither set nor read anything.
 inline constexpr std::int64_t DCFG_DRAWN = displayConfigId(0x90000102);
 
 }  // namespace zet
