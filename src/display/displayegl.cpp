@@ -90,7 +90,7 @@ int Display::windowTask(const DisplayConfigUserData& delivery) {
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     checkFragmentPrecision();
-    if (!_render && makeCurrent() == 0) _render = createRender(_renderMode, _config, _touchScale, this);
+    if (!_render && makeCurrent() == 0) _render = createRender(_renderMode, _config, this);
     return 0;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/relaxed.h"
+#include "render/motion.h"
 
 namespace zet::ZETShow {
 
@@ -8,25 +9,29 @@ namespace zet::ZETShow {
 ///
 /// A zoom of 1 fits the whole picture. Pan is in view units, 2 of which span the fitted picture; positive moves the
 /// picture right and up.
-struct FlatMotion {
-    /// Sets the zoom within its range; 0 if `scale` lies there, otherwise -1. Any thread.
-    int setScale(float scale);
-    /// Brings the zoom back into its range. Any thread.
-    void clampScale();
-    /// Keeps the picture's edges at or beyond the view's. Render thread.
-    void clampPan();
-    /// One step of zoom in the direction of `factor`, whatever its size. Setter's thread.
-    void pinch(float factor);
-    /// From the first point to the second, surface pixels. Setter's thread.
-    void drag(float x1, float y1, float x2, float y2);
-    /// The full zoom, or back from it, in steps to come. Setter's thread.
-    void startZoomAnimation() { _zoomAnimating = 1; }
-    /// One frame of that. Render thread.
-    void stepZoomAnimation();
-    /// The upper bound of the zoom, held within 1.0 and 4.0. Setter's thread.
+struct CommonMotion final : Motion {
+    // Setter's thread. Gestures beside the surface of the last layout do nothing.
+    /// One step of zoom in the direction of `factor`, whatever its size.
+    bool pinch(float factor) override;
+    /// Starts the animation: to the full zoom or back from it.
+    bool doubleTap(float x, float y) override;
+    bool drag(float x1, float y1, float x2, float y2) override;
+    /// Sets the zoom, held within its range.
+    void setScale(float scale);
+    /// The upper bound of the zoom, held within 1.0 and 4.0.
     void setMaxScale(float maxScale);
 
+    // Render thread.
+    /// One frame of the animation, then the limits: the picture's edges stay at or beyond the view's.
+    void step() override;
+    bool asksForDraws() const override { return _zoomAnimating; }
+
+    // Settings.
+    Relaxed<unsigned> _rotation = 0u;  // degrees clockwise: 0, 90, 180 or 270
+
     // Gestures and frames.
+    Relaxed<int> _surfaceWidth = 0;  // pixels, as of the last layout
+    Relaxed<int> _surfaceHeight = 0;
     Relaxed<int> _zoomAnimating = 0;
     Relaxed<float> _panX = 0.0f;
     Relaxed<float> _panY = 0.0f;
@@ -42,6 +47,9 @@ struct FlatMotion {
     static constexpr float _zoomStep = 0.06f;  // per frame
 
 private:
+    void stepZoomAnimation();
+    void clampScale();
+    void clampPan();
     float limited(float scale) const;
 };
 

@@ -75,31 +75,34 @@ void MultiViewMotion::stepAutoRotate() {
     }
 }
 
-void MultiViewMotion::touchDown(float x, float y) {
+bool MultiViewMotion::touchDown(float x, float y) {
     const int p = paneAt(x, y);
     if (p >= 0) _paneAutoRotate[p] = false;
+    return true;
 }
 
-void MultiViewMotion::doubleTap(float x, float y) {
+bool MultiViewMotion::doubleTap(float x, float y) {
     if (_zoomed) {
         _zoomed = false;
-        return;
+        return true;
     }
     const int p = paneAt(x, y);
     if (p >= 0) _selectedPane = p;
     _activePane = _selectedPane;
     _zoomed = true;
+    return true;
 }
 
-void MultiViewMotion::drag(float x1, float y1, float x2, float y2) {
+bool MultiViewMotion::drag(float x1, float y1, float x2, float y2) {
     const bool zoomed = _zoomed;
     const int p = zoomed ? static_cast<int>(_selectedPane) : paneAt(x2, y2);
-    if (p < 0) return;
+    if (p < 0) return true;
     const float turn = (x2 - x1) * dragSensitivity;
     _activePane = p;
     _paneAutoRotate[p] = false;
     addHeld(_pan[p], zoomed ? turn : 2.0f * turn);
     addHeld(_tilt[p], -(y2 - y1) * dragSensitivity * tiltPart);
+    return true;
 }
 
 void MultiViewMotion::setAutoRotate(bool on, float speed) {
@@ -108,7 +111,7 @@ void MultiViewMotion::setAutoRotate(bool on, float speed) {
     _autoRotateSpeed = speed;
 }
 
-void MultiViewMotion::fling(float velocityX) {
+void MultiViewMotion::fling(float velocityX, float) {
     const int p = _activePane;
     addHeld(_pan[p], velocityX * (velocityX >= 0.0f ? flingRight : flingLeft) / 1000.0f);
     _paneAutoRotate[p] = false;
