@@ -60,9 +60,8 @@ bool CylinderSideMotion::doubleTap(float, float) {
     return true;
 }
 
-void CylinderSideMotion::setAutoRotate(bool on, float speed) {
+void CylinderSideMotion::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
 void CylinderSideMotion::fling(float velocityX, float) {

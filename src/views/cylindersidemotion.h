@@ -19,7 +19,7 @@ struct CylinderSideMotion final : Motion {
     bool pinch(float factor) override;
     /// Starts the flight to the other end; nothing while one is under way.
     bool doubleTap(float x, float y) override;
-    void setAutoRotate(bool on, float speed) override;
+    void setAutoRotate(bool on, float) override;  // at one speed
 
     /// One frame: the flight or the rest, the turn by itself, the limits. Render thread.
     void step() override;
@@ -31,7 +31,6 @@ struct CylinderSideMotion final : Motion {
     Relaxed<int> _zoomPhase = 0;   // with `_zoomIn`: see `phase`
     Relaxed<int> _zoomBusy = 0;    // the zoom moved in its last step of a flight
     Relaxed<int> _autoRotate = 0;
-    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the turn has one speed
 
     // Worked out each frame.
     float _eyeZ = 2.0f;    // the camera's z

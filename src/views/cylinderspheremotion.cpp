@@ -35,9 +35,8 @@ bool CylinderSphereMotion::pinch(float factor) {
     return true;
 }
 
-void CylinderSphereMotion::setAutoRotate(bool on, float speed) {
+void CylinderSphereMotion::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
 void CylinderSphereMotion::fling(float velocityX, float) {

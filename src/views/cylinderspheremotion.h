@@ -45,7 +45,7 @@ struct CylinderSphereMotion final : Motion {
     bool drag(float x1, float y1, float x2, float y2) override;
     /// One step nearer for a factor above 1, otherwise one step back, whatever its size.
     bool pinch(float factor) override;
-    void setAutoRotate(bool on, float speed) override;
+    void setAutoRotate(bool on, float) override;  // at one speed
 
     /// One frame: limits, the angles and the camera to draw with, and then the turn by itself. Render thread.
     void step() override;
@@ -57,7 +57,6 @@ struct CylinderSphereMotion final : Motion {
     Relaxed<float> _tilt = 0.0f;  // degrees; more tips the rim away from the viewer
     Relaxed<float> _zoom = 0.0f;  // scene units away from the shape, -1 to 1
     Relaxed<int> _autoRotate = 0;
-    Relaxed<float> _autoRotateSpeed = 0.0f;  // remembered; the turn has one speed
 
     // Worked out each frame.
     float _shownSpin = 0.0f;  // degrees

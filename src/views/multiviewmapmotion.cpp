@@ -46,8 +46,7 @@ void MultiViewMapMotion::updateDetailCamera(MatrixState& matrices) {
     matrices.rotateView(180, 0, 0, 1);
     matrices.rotateView(_pitch, 1, 0, 0);
     matrixTranslate(matrices._viewMatrix, 0, _moveY, _moveZ);
-    _shownYaw = dropWholeTurns(_yaw);
-    matrices.rotateView(_shownYaw + 180.0f, 0, 0, 1);
+    matrices.rotateView(dropWholeTurns(_yaw) + 180.0f, 0, 0, 1);
 }
 
 void MultiViewMapMotion::updateMapCamera(MatrixState& matrices) {

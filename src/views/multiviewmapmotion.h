@@ -42,7 +42,6 @@ struct MultiViewMapMotion final : Motion {
     float _pitch = 0.0f;  // degrees, 0 looks at the pole
     float _moveY = 0.0f;  // shifts of the scene
     float _moveZ = 0.0f;
-    float _shownYaw = 0.0f;  // `_yaw` without whole turns
     bool _tiltSeen = false;  // a finger has caught the tilt, or it has sprung back
     bool _wasFingerUp = false;
 

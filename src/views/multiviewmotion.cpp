@@ -47,25 +47,18 @@ int MultiViewMotion::paneAt(float x, float y) const {
 }
 
 void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
-    updatePaneTilt(p);
-    lookAlongAxis(matrices, eyeZ);
-    matrices.rotateView(180, 0, 0, 1);
-    matrices.rotateView(_paneElevation[p], 1, 0, 0);
-    matrixTranslate(matrices._viewMatrix, 0, _paneMoveY[p], _paneMoveZ[p]);
-    _pan[p].update(foldIntoTurn);
-    // All panes that turn go on by a step with each pane that is drawn.
-    if (_autoRotate) stepAutoRotate();
-    matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
-}
-
-void MultiViewMotion::updatePaneTilt(int p) {
     static constexpr float limit = baseElevation / -elevationPerTilt;
     const float tilt = _tilt[p].update([](float value) { return std::clamp(value, 0.0f, limit); });
     const float elevation = tilt * elevationPerTilt + baseElevation;
     const float k = (elevation - baseElevation) / baseElevation;  // 0 at rest, -1 straight at the pole
-    _paneElevation[p] = elevation;
-    _paneMoveY[p] = baseMoveY * k + baseMoveY;
-    _paneMoveZ[p] = baseMoveZ * k + baseMoveZ;
+    lookAlongAxis(matrices, eyeZ);
+    matrices.rotateView(180, 0, 0, 1);
+    matrices.rotateView(elevation, 1, 0, 0);
+    matrixTranslate(matrices._viewMatrix, 0, baseMoveY * k + baseMoveY, baseMoveZ * k + baseMoveZ);
+    _pan[p].update(foldIntoTurn);
+    // All panes that turn go on by a step with each pane that is drawn.
+    if (_autoRotate) stepAutoRotate();
+    matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
 }
 
 void MultiViewMotion::stepAutoRotate() {

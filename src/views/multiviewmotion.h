@@ -44,16 +44,12 @@ struct MultiViewMotion final : Motion {
     Relaxed<int> _activePane = 0;  // the one that a fling turns
     Relaxed<bool> _zoomed = false;
 
-    // Worked out at each layout and each frame. Render thread.
+    // Worked out at each layout. Render thread.
     Viewport _paneRects[paneCount];
-    float _paneElevation[paneCount] = {};  // degrees, 0 looks at the pole
-    float _paneMoveY[paneCount] = {};
-    float _paneMoveZ[paneCount] = {};
 
 private:
     /// Turns the pane that was dragged or enlarged last.
     void fling(float velocityX, float velocityY) override;
-    void updatePaneTilt(int p);
     void stepAutoRotate();
 };
 

@@ -49,8 +49,7 @@ void WallTwoViewMotion::updateDetailCamera(MatrixState& matrices) {
     const auto held = [](float angle) { return clampBothWays(angle, viewLimit); };
     const float pitch = _pitch.update(held);
     const float yaw = _yaw.update(held);
-    _paneMoveZ = sideShift(pitch, yaw);
-    lookAside(matrices, _paneMoveZ, pitch, yaw);
+    lookAside(matrices, sideShift(pitch, yaw), pitch, yaw);
 }
 
 void WallTwoViewMotion::updateOverviewCamera(MatrixState& matrices) {

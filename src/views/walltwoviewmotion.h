@@ -27,8 +27,6 @@ struct WallTwoViewMotion final : Motion {
     Relaxed<float> _yaw = 0.0f;    // degrees, positive looks to the right
     Relaxed<int> _dragSide = 0;    // the last drag ended on the overview: -1, elsewhere: 1
 
-    float _paneMoveZ = 0.0f;  // shift of the detail's dome, as of the last frame
-
 private:
     /// Turns the detail opposite to a drag that ends where the last one did.
     void fling(float velocityX, float velocityY) override;

@@ -152,7 +152,7 @@ void WallZoom::updateCoefficients() {
     const auto between = [k](float far, float near) { return (near - far) * k + far; };
     const DomeCoff& far = _settings.coffFar;
     const DomeCoff& near = _settings.coffNear;
-    _coff = {between(far.x, near.x), between(far.y, near.y), between(far.z, near.z)};
+    _coff = {between(far.x, near.x), between(far.z, near.z)};
 }
 
 void WallZoom::updateCamera(MatrixState& matrices) const {
@@ -203,9 +203,8 @@ bool WallZoom::drag(float x1, float y1, float x2, float y2) {
     return true;
 }
 
-void WallZoom::setAutoRotate(bool on, float speed) {
+void WallZoom::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
 void WallZoom::fling(float velocityX, float) {

@@ -7,10 +7,9 @@
 
 namespace zet::ZETShow {
 
-/// Factors on the dome's three axes.
+/// Factors on two of the dome's axes.
 struct DomeCoff {
     float x;
-    float y;
     float z;
 };
 
@@ -35,8 +34,8 @@ inline constexpr WallZoomSettings wallOneZoom = {
     .yawLimitMax = 32.0f,
     .pitchLimitMax = 26.0f,
     .tapRecallsFlight = false,
-    .coffFar = {1.0f, 1.0f, 1.25f},
-    .coffNear = {1.05f, 1.0f, 0.7f},
+    .coffFar = {1.0f, 1.25f},
+    .coffNear = {1.05f, 0.7f},
 };
 
 inline constexpr WallZoomSettings wallOne180Zoom = {
@@ -47,8 +46,8 @@ inline constexpr WallZoomSettings wallOne180Zoom = {
     .yawLimitMax = 60.0f,
     .pitchLimitMax = 32.0f,
     .tapRecallsFlight = true,
-    .coffFar = {1.0f, 1.0f, 0.0f},
-    .coffNear = {1.05f, 1.0f, 0.8f},
+    .coffFar = {1.0f, 0.0f},
+    .coffNear = {1.05f, 0.8f},
 };
 
 /// A camera on the axis of a dome that rests far out, where it can't turn, or close, where it can, and flies between
@@ -68,7 +67,7 @@ struct WallZoom : Motion {
     /// Turns the camera if the second point lies on the surface.
     bool drag(float x1, float y1, float x2, float y2) override;
     /// Comes close and sweeps from side to side.
-    void setAutoRotate(bool on, float speed) override;
+    void setAutoRotate(bool on, float) override;  // at one speed
 
     // Render thread.
     /// One frame: the sweep, the flight or what pinches ask for; then the dome's coefficients.
@@ -89,7 +88,6 @@ struct WallZoom : Motion {
     Relaxed<bool> _wantClose = false;                // with `_atWide`: see `phase`
     Relaxed<bool> _flightBusy = false;               // a flight moves the camera
     Relaxed<bool> _autoRotate = false;
-    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the sweep has one speed
 
     // Render thread.
     float _eyeZ = _settings.farEyeZ;
