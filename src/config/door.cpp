@@ -13,11 +13,6 @@ void Door::close() {
     _left.wait(lock, [this] { return _inside == 0; });
 }
 
-bool Door::isOpen() const {
-    const std::lock_guard lock(_mutex);
-    return _open;
-}
-
 bool Door::enter() {
     const std::lock_guard lock(_mutex);
     if (!_open) return false;

@@ -2,7 +2,6 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <utility>
 
 namespace zet {
 
@@ -16,30 +15,28 @@ public:
     /// The right to use the object, for as long as the pass lives; empty if the door is closed.
     class Pass {
     public:
-        Pass() = default;
         explicit Pass(Door& door) : _door(door.enter() ? &door : nullptr) {}
-        Pass(Pass&& other) noexcept : _door(std::exchange(other._door, nullptr)) {}
-        Pass& operator=(Pass&&) = delete;
+        Pass(const Pass&) = delete;
+        Pass& operator=(const Pass&) = delete;
         ~Pass() {
             if (_door) _door->leave();
         }
         explicit operator bool() const { return _door != nullptr; }
 
     private:
-        Door* _door = nullptr;
+        Door* const _door;
     };
 
     /// Lets callers in. A new door is closed: nobody enters an object that is still being built.
     void open();
     /// Lets nobody in from now on and returns when everybody is out. Nobody inside may be waiting for this thread.
     void close();
-    bool isOpen() const;
 
 private:
     bool enter();
     void leave();
 
-    mutable std::mutex _mutex;
+    std::mutex _mutex;
     std::condition_variable _left;
     bool _open = false;
     int _inside = 0;

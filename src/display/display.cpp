@@ -15,7 +15,7 @@ std::shared_ptr<DisplayConfigKit> CreateZETDisplay(DisplayConfig* config, Global
 
 namespace ZETShow {
 
-Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), _globalConfiger(global) {
+Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), RenderThread(global) {
     ZETLog::instance().error("Display::Display begin");
     _door->open();
     run();

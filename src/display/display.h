@@ -10,13 +10,12 @@
 #include <thread>
 #include <vector>
 
-#include "config/door.h"
 #include "config/relaxed.h"
 #include "display/condition.h"
 #include "display/framereader.h"
 #include "render/frame.h"
+#include "render/renderthread.h"
 #include "zet/displayconfigkit.h"
-#include "zet/globalconfiger.h"
 
 namespace zet::ZETShow {
 
@@ -26,19 +25,13 @@ class Render;
 ///
 /// Commands arrive over the bus on the setters' threads; what touches EGL, GL or the frame is posted to the render
 /// thread, which holds `_mutex` whenever it isn't waiting. Lock order: a slot of the bus, `_mutex`, a condition's own.
-class Display final : public DisplayConfigKit {
+class Display final : public DisplayConfigKit, public RenderThread {
 public:
     Display(DisplayConfig* config, GlobalConfiger* global);
     /// Any thread but the render thread.
     ~Display() override;
 
-    /// Runs `task` on the render thread and returns when it has run or the display has stopped: the result of `task`
-    /// if this is the render thread, otherwise 0. Any thread; off the render thread hold a pass while in here.
-    int postTask(const std::function<int()>& task);
-    /// What keeps the display whole for a thread that is about to post. Any thread.
-    Door::Pass enter() { return Door::Pass(*_door); }
-
-    GlobalConfiger* globalConfiger() const { return _globalConfiger; }
+    int postTask(const std::function<int()>& task) override;
 
 private:
     using Observer = int (Display::*)(DisplayConfig&, DisplayConfigUserData&);
@@ -90,8 +83,6 @@ private:
 
     static constexpr int drawsPerRequest = 30;
 
-    const std::shared_ptr<Door> _door = std::make_shared<Door>();
-
     // The render thread and its mailbox: all but the atomics change only under `_mutex`.
     std::thread _thread;
     std::recursive_mutex _mutex;  // held by the render thread whenever it isn't waiting
@@ -108,8 +99,7 @@ private:
     std::uint32_t _drawCount = 0;  // pictures shown
 
     // The frame and its view. Render thread.
-    const float _touchScale = 1.0f;  // surface pixels to a unit of the gestures' coordinates, handed to the views
-    int _surfaceWidth = 0;           // pixels, as of the last draw
+    int _surfaceWidth = 0;  // pixels, as of the last draw
     int _surfaceHeight = 0;
     int _renderMode = 0;
     std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
@@ -118,7 +108,6 @@ private:
     Frame _frame;
     std::unique_ptr<FrameReader> _reader;  // made at the first snapshot, gone with the window
     std::shared_ptr<Render> _render;
-    GlobalConfiger* const _globalConfiger;
 
     // EGL. Render thread, except that a setter writes `_window`.
     EGLDisplay _eglDisplay = nullptr;

@@ -108,7 +108,7 @@ int Display::colorTask(const DisplayConfigUserData& delivery) {
 int Display::modeTask(const DisplayConfigUserData& delivery) {
     _renderMode = delivery.getInt();
     if (makeCurrent() != 0) return -1;
-    _render = createRender(_renderMode, _config, _touchScale, this);
+    _render = createRender(_renderMode, _config, this);
     if (_frame.hasPlanes()) findRegion();
     return 0;
 }
@@ -125,12 +125,12 @@ int Display::drawFrame() {
 }
 
 bool Display::drawPicture() {
-    // Held for the length of the draw: an observer that a view's own request reaches may replace the view.
-    const std::shared_ptr<Render> render = _render;
     const bool sizes = _surfaceWidth > 0 && _surfaceHeight > 0;
-    if (!render || !sizes || !_frame.hasPlanes()) return false;
-    render->stepFling();
-    render->render(_surfaceWidth, _surfaceHeight, _frame);
+    if (!_render || !sizes || !_frame.hasPlanes()) return false;
+    _render->motion().stepFling();
+    const bool complete = _render->render(_surfaceWidth, _surfaceHeight, _frame) == 0;
+    // Last: an observer of the request may replace the view.
+    if (complete && _render->motion().asksForDraws()) _config->setConfig(DCFG_RENDER_REQUEST, nullptr);
     return true;
 }
 

@@ -112,16 +112,6 @@ void MatrixState::rotateView(float angleDegrees, float x, float y, float z) {
     matrixRotate(_viewMatrix, angleDegrees, x, y, z);
 }
 
-void MatrixState::pushMatrix() {
-    ++_stackTop;
-    std::memcpy(_matrixStack[_stackTop], _modelMatrix, sizeof _modelMatrix);
-}
-
-void MatrixState::popMatrix() {
-    std::memcpy(_modelMatrix, _matrixStack[_stackTop], sizeof _modelMatrix);
-    --_stackTop;
-}
-
 const float* MatrixState::computeMvp() {
     matrixMultiply(_mvpMatrix, _viewMatrix, _modelMatrix);
     matrixMultiply(_mvpMatrix, _projectionMatrix, _mvpMatrix);

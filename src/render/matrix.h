@@ -24,8 +24,6 @@ struct MatrixState {
     void setFrustum(float left, float right, float bottom, float top, float near, float far);
     /// `_viewMatrix = _viewMatrix * R`, with the sign of `matrixRotate`.
     void rotateView(float angleDegrees, float x, float y, float z);
-    void pushMatrix();  // at most 9 may be outstanding
-    void popMatrix();
     /// Projection times view times model.
     const float* computeMvp();
 
@@ -33,8 +31,6 @@ struct MatrixState {
     float _projectionMatrix[16] = {};
     float _viewMatrix[16] = {};
     float _mvpMatrix[16] = {};
-    float _matrixStack[10][16] = {};  // saved model matrices; the first is never used
-    int _stackTop = 0;
 };
 
 }  // namespace zet::ZETShow

@@ -15,50 +15,41 @@ namespace zet::ZETShow {
 
 namespace {
 
-// A view that retires before its destructor begins, so that no gesture runs in one that is half gone.
-template <typename View>
-struct RetiringView {
-    template <typename... Arguments>
-    explicit RetiringView(Arguments... arguments) : view(arguments...) {}
-    ~RetiringView() { view.retire(); }
-
-    View view;
-};
-
+// Each view's drawing is given its motion, which the bus reaches from then on.
 template <typename View, typename... Arguments>
-std::shared_ptr<Render> make(Arguments... arguments) {
-    const auto owner = std::make_shared<RetiringView<View>>(arguments...);
-    if (owner->view.init() != 0) return nullptr;
-    owner->view.goLive();
-    return {owner, &owner->view};
+std::shared_ptr<Render> make(const Arguments&... arguments) {
+    const auto view = std::make_shared<View>(arguments...);
+    return view->init() == 0 ? view : nullptr;
 }
 
 }  // namespace
 
-std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touchScale, Display* display) {
+std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, RenderThread* thread) {
     switch (mode) {
         case 0:
-            return make<CommonRender>(config, touchScale, display);
+            return make<CommonRender>(config, thread, std::make_shared<CommonMotion>());
         case 1:
-            return make<HalfSphereRender>(config, touchScale, display);
+            return make<HalfSphereRender>(config, thread, std::make_shared<HalfSphereMotion>());
         case 2:
-            return make<CylinderSideRender>(config, touchScale, display);
+            return make<CylinderSideRender>(config, thread, std::make_shared<CylinderSideMotion>());
         case 3:
-            return make<MultiViewRender>(config, touchScale, display);
+            return make<MultiViewRender>(config, thread, std::make_shared<MultiViewMotion>());
         case 4:
-            return make<MultiViewMapRender>(config, touchScale, display);
+            return make<MultiViewMapRender>(config, thread, std::make_shared<MultiViewMapMotion>());
         case 5:
-            return make<CylinderSphereRender>(CylinderSphereRender::Variant::drum, config, touchScale, display);
+            return make<CylinderSphereRender>(config, thread, std::make_shared<CylinderSphereMotion>(drumPose),
+                                              CylinderSphereRender::Variant::drum);
         case 6:
-            return make<CylinderSphereRender>(CylinderSphereRender::Variant::bowl, config, touchScale, display);
+            return make<CylinderSphereRender>(config, thread, std::make_shared<CylinderSphereMotion>(bowlPose),
+                                              CylinderSphereRender::Variant::bowl);
         case 7:
-            return make<WallThreeViewRender>(config, touchScale, display);
+            return make<WallThreeViewRender>(config, thread, std::make_shared<WallThreeViewMotion>());
         case 8:
-            return make<WallTwoViewRender>(config, touchScale, display);
+            return make<WallTwoViewRender>(config, thread, std::make_shared<WallTwoViewMotion>());
         case 9:
-            return make<WallOneViewRender>(config, touchScale, display);
+            return make<WallOneViewRender>(config, thread, std::make_shared<WallZoom>(wallOneZoom));
         case 10:
-            return make<WallOneView180Render>(config, touchScale, display);
+            return make<WallOneView180Render>(config, thread, std::make_shared<WallOneView180Motion>());
         default:
             return nullptr;
     }

@@ -6,11 +6,11 @@
 
 namespace zet::ZETShow {
 
-class Display;
 class Render;
+class RenderThread;
 
 /// The view of a mode number, complete and reached by the bus; empty for a number that has none and for a view that
 /// can't be initialised. Render thread, with the context current.
-std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, float touchScale, Display* display);
+std::shared_ptr<Render> createRender(int mode, DisplayConfig* config, RenderThread* thread);
 
 }  // namespace zet::ZETShow

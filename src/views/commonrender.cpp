@@ -56,6 +56,8 @@ void main() {
 // Corners of a whole picture in triangle-strip order.
 constexpr float baseTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
 
+constexpr unsigned settingMask = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
+
 constexpr float correctedHeight = 0.83f;  // share of the frame's height that a corrected picture is fitted with
 constexpr float nearPlane = 1.0f;         // the camera stands as far from the quad, so that it fills the view
 constexpr float farPlane = 30.0f;
@@ -68,60 +70,63 @@ bool coversSurface(const float* matrix) {
     return matrix[0] - std::fabs(matrix[12]) >= edge && matrix[5] - std::fabs(matrix[13]) >= edge;
 }
 
-bool within(float value, float end) {
-    return value >= 0.0f && value <= end;
-}
-
 }  // namespace
 
-CommonRender::CommonRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+CommonRender::CommonRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CommonMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {
+    observeNumbers(motion);
+}
 
 int CommonRender::init() {
     glDisable(GL_DEPTH_TEST);
-    const int created = createProgram();
-    registerObservers();
-    return created;
-}
-
-int CommonRender::createProgram() {
-    if (_program.build(frameVertexStage, {plainMain}) != 0) return -1;
     setQuad(0.0f, 1.0f, 1.0f, 0.0f);
-    return _correctedProgram.build(frameVertexStage, {lensStep, correctedMain},
-                                   {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"});
+    if (_program.build(frameVertexStage, {plainMain}) != 0) return -1;
+    if (_correctedProgram.build(frameVertexStage, {lensStep, correctedMain},
+                                {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"}) != 0) {
+        return -1;
+    }
+    observeDrawing();
+    return 0;
 }
 
-void CommonRender::registerObservers() {
-    constexpr unsigned setting = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
-    observeOnRenderThread(DCFG_FACE_OPTION, setting,
-                          [this](DisplayConfigUserData& delivery) { return onFaceOption(delivery.getInt()); });
-    observe(DCFG_SCALE, setting | DCFG_FLAG_READ,
-            [this](DisplayConfigUserData& delivery) { return onScale(delivery); });
-    observe(DCFG_MAX_SCALE, setting, [this](DisplayConfigUserData& delivery) {
-        if (!std::isfinite(delivery.getFloat())) return RENDER_NOT_HANDLED;
-        _motion.setMaxScale(delivery.getFloat());
-        return 0;
+void CommonRender::observeNumbers(const std::shared_ptr<CommonMotion>& motion) {
+    observe(DCFG_SCALE, settingMask | DCFG_FLAG_READ, [motion](DisplayConfigUserData& delivery) {
+        const bool isRead = (delivery.getState() & DCFG_FLAG_READ) != 0;
+        if (!isRead && !std::isfinite(delivery.getFloat())) return false;
+        if (!isRead) motion->setScale(delivery.getFloat());
+        delivery.answer(motion->_scale);
+        return !isRead;
     });
-    observeOnRenderThread(DCFG_LENS_PARAM, setting, [this](DisplayConfigUserData& delivery) {
+    observe(DCFG_MAX_SCALE, settingMask, [motion](DisplayConfigUserData& delivery) {
+        if (!std::isfinite(delivery.getFloat())) return false;
+        motion->setMaxScale(delivery.getFloat());
+        return true;
+    });
+    observe(DCFG_ROTATION, settingMask, [motion](DisplayConfigUserData& delivery) {
+        const unsigned degrees = static_cast<unsigned>(delivery.getInt()) % 360u;
+        if (degrees % 90 == 0) motion->_rotation = degrees;
+        return true;
+    });
+}
+
+void CommonRender::observeDrawing() {
+    observeOnRenderThread(DCFG_FACE_OPTION, settingMask,
+                          [this](DisplayConfigUserData& delivery) { return setFaceOption(delivery.getInt()); });
+    observeOnRenderThread(DCFG_LENS_PARAM, settingMask, [this](DisplayConfigUserData& delivery) {
         return setLensParam(delivery.getRecord<const LensParam>());
     });
-    observeOnRenderThread(DCFG_OVERLAY_IMAGE, setting,
-                          [this](DisplayConfigUserData& delivery) { return onOverlayImage(delivery); });
-    observeOnRenderThread(DCFG_CLEAR_COLOR, setting, [](DisplayConfigUserData& delivery) {
+    observeOnRenderThread(DCFG_OVERLAY_IMAGE, settingMask,
+                          [this](DisplayConfigUserData& delivery) { return setOverlayImage(delivery); });
+    observeOnRenderThread(DCFG_CLEAR_COLOR, settingMask, [](DisplayConfigUserData& delivery) {
         const auto color = static_cast<unsigned>(delivery.getInt());
         const auto channel = [color](int shift) { return static_cast<float>((color >> shift & 0xff) / 255.0); };
         glClearColor(channel(16), channel(8), channel(0), 1.0f);
-        return RENDER_NOT_HANDLED;
-    });
-    observe(DCFG_ROTATION, setting, [this](DisplayConfigUserData& delivery) {
-        const unsigned degrees = static_cast<unsigned>(delivery.getInt()) % 360u;
-        if (degrees % 90 == 0) _rotation = degrees;
-        return 0;
+        return false;
     });
 }
 
 int CommonRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    const unsigned rotation = _rotation;
+    const unsigned rotation = _motion._rotation;
     const bool lies = rotation == 90 || rotation == 270;
     const int frameWidth = lies ? frame.height : frame.width;
     const int frameHeight = lies ? frame.width : frame.height;
@@ -129,7 +134,6 @@ int CommonRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame
     fitTo(surfaceWidth, surfaceHeight, frameWidth, static_cast<int>(static_cast<float>(frameHeight) * _heightFactor));
 
     applyViewTransform();
-    if (_motion._zoomAnimating) requestRender();  // the animation pulls its own next frame
     const bool zoomed = zoomIsInForce(frame);
     if (zoomed) zoomToRect(frame);
     if (!coversSurface(_matrixState.computeMvp())) glClear(GL_COLOR_BUFFER_BIT);
@@ -144,7 +148,7 @@ int CommonRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame
 }
 
 void CommonRender::fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, int frameHeight) {
-    if (surfaceWidth == _surfaceWidth && surfaceHeight == _surfaceHeight && frameWidth == _frameWidth &&
+    if (surfaceWidth == _motion._surfaceWidth && surfaceHeight == _motion._surfaceHeight && frameWidth == _frameWidth &&
         frameHeight == _frameHeight) {
         return;
     }
@@ -153,8 +157,8 @@ void CommonRender::fitTo(int surfaceWidth, int surfaceHeight, int frameWidth, in
     const float a = s > f ? s / f : 1.0f;
     const float b = s > f ? 1.0f : f / s;
     _matrixState.setFrustum(-a, a, -b, b, nearPlane, farPlane);
-    _surfaceWidth = surfaceWidth;
-    _surfaceHeight = surfaceHeight;
+    _motion._surfaceWidth = surfaceWidth;
+    _motion._surfaceHeight = surfaceHeight;
     _frameWidth = frameWidth;
     _frameHeight = frameHeight;
     setViewport({0, 0, surfaceWidth, surfaceHeight});
@@ -179,15 +183,14 @@ void CommonRender::lookStraight() {
 }
 
 void CommonRender::applyViewTransform() {
-    if (_motion._zoomAnimating) _motion.stepZoomAnimation();
-    _motion.clampPan();
+    _motion.step();
     lookStraight();
     matrixTranslate(_matrixState._viewMatrix, _motion._panX, _motion._panY, 0);
     matrixScale(_matrixState._modelMatrix, _motion._scale, _motion._scale, 1);
 }
 
 bool CommonRender::zoomIsInForce(const Frame& frame) const {
-    if (!_globalConfiger->GetConfigBaseData().rectZoom || frame.rects.empty()) return false;
+    if (!_thread->globalConfiger()->GetConfigBaseData().rectZoom || frame.rects.empty()) return false;
     const ZoomRect& rect = frame.rects.front();
     return rect.width > 0 && rect.height > 0;
 }
@@ -220,7 +223,7 @@ void CommonRender::drawFaces(const Frame& frame) {
     if (_faceOption == 0 || frame.faces.empty()) return;
     if (!_aiRectRender) {
         _aiRectRender = std::make_unique<AiRectRender>();
-        const char* const font = _globalConfiger->GetFontPath();
+        const char* const font = _thread->globalConfiger()->GetFontPath();
         if (font && *font) _aiRectRender->initText(font);
         _aiRectRender->initRect();
     }
@@ -260,8 +263,8 @@ void CommonRender::rotateTexCoords(unsigned rotation, float* out, const float* i
     for (int i = 0; i < 4; ++i) std::copy_n(in + 2 * from[i], 2, out + 2 * i);
 }
 
-int CommonRender::setLensParam(const LensParam* lens) {
-    if (!lens) return RENDER_NOT_HANDLED;
+bool CommonRender::setLensParam(const LensParam* lens) {
+    if (!lens) return false;
     const double values[] = {lens->k1, lens->k2, lens->k3, lens->p1, lens->p2, lens->fx, lens->fy, lens->ox, lens->oy};
     std::transform(std::begin(values), std::end(values), _lensNumbers.begin(),
                    [](double value) { return static_cast<float>(value); });
@@ -269,61 +272,31 @@ int CommonRender::setLensParam(const LensParam* lens) {
             static_cast<float>(lens->rightMargin + 1.0), static_cast<float>(lens->topMargin));
     _corrects = static_cast<float>(lens->k1) != 0.0f;
     _heightFactor = lens->k1 == 0.0 ? 1.0f : correctedHeight;
-    return 0;
+    return true;
 }
 
-int CommonRender::onFaceOption(int option) {
+bool CommonRender::setFaceOption(int option) {
     if (!_aiRectRender) _faceOption = option;
     ZETLog::instance().error("CommonRender::onFaceOption _aiRectRender: %p _faceOption: %d",
                              static_cast<void*>(_aiRectRender.get()), _faceOption);
-    return RENDER_NOT_HANDLED;
+    return false;
 }
 
-int CommonRender::onOverlayImage(DisplayConfigUserData& delivery) {
+bool CommonRender::setOverlayImage(DisplayConfigUserData& delivery) {
     const auto* const rectangle = delivery.getRecord<const OverlayRect>();
-    if (!rectangle) return RENDER_NOT_HANDLED;
+    if (!rectangle) return false;
     const char* const path = reinterpret_cast<const char*>(rectangle + 1);
     // A block that doesn't hold the whole path is no record.
     const int size = delivery.getBlockSize() - static_cast<int>(sizeof(OverlayRect));
     if (delivery.getBlockSize() != 0 && (size <= 0 || !std::memchr(path, 0, static_cast<std::size_t>(size)))) {
-        return RENDER_NOT_HANDLED;
+        return false;
     }
     if (!_imageOverlay) {
         auto overlay = std::make_unique<ImageOverlay>();
         if (overlay->initOverlay() == 0) _imageOverlay = std::move(overlay);
     }
     if (_imageOverlay) _imageOverlay->loadImage(path, &rectangle->x);
-    return RENDER_NOT_HANDLED;
-}
-
-int CommonRender::onScale(DisplayConfigUserData& delivery) {
-    if (delivery.getState() & DCFG_FLAG_READ) {
-        delivery.answer(_motion._scale);
-        return RENDER_NOT_HANDLED;
-    }
-    if (!std::isfinite(delivery.getFloat())) return RENDER_NOT_HANDLED;
-    _motion.setScale(delivery.getFloat());
-    delivery.answer(_motion._scale);
-    return 0;
-}
-
-int CommonRender::onPinch(float factor) {
-    _motion.pinch(factor);
-    return 0;
-}
-
-int CommonRender::onDoubleTap(float x, float y) {
-    if (within(x, static_cast<float>(_surfaceWidth)) && within(y, static_cast<float>(_surfaceHeight))) {
-        _motion.startZoomAnimation();
-    }
-    return 0;
-}
-
-int CommonRender::onDrag(float x1, float y1, float x2, float y2) {
-    const bool inside = x2 > 0.0f && y2 > 0.0f && within(x2, static_cast<float>(_surfaceWidth)) &&
-                        within(y2, static_cast<float>(_surfaceHeight));
-    if (inside) _motion.drag(x1, y1, x2, y2);
-    return 0;
+    return false;
 }
 
 }  // namespace zet::ZETShow

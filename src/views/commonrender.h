@@ -7,29 +7,27 @@
 #include "render/matrix.h"
 #include "render/mesh.h"
 #include "render/render.h"
-#include "views/flatmotion.h"
+#include "views/commonmotion.h"
 
 namespace zet::ZETShow {
 
 /// Mode 0, the flat view: the whole frame on one quad, fitted to the window with its aspect kept.
 class CommonRender final : public Render {
 public:
-    CommonRender(DisplayConfig* config, float touchScale, Display* display);
+    CommonRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CommonMotion>& motion);
 
     int init() override;
-    int createProgram() override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
-    int onPinch(float factor) override;
-    int onDoubleTap(float x, float y) override;
-    int onDrag(float x1, float y1, float x2, float y2) override;
-
 private:
-    void registerObservers();
-    int onScale(DisplayConfigUserData& delivery);         // Setter's thread.
-    int setLensParam(const LensParam* lens);              // Render thread.
-    int onFaceOption(int option);                         // Render thread.
-    int onOverlayImage(DisplayConfigUserData& delivery);  // Render thread.
+    /// Settings that only change numbers of the motion.
+    void observeNumbers(const std::shared_ptr<CommonMotion>& motion);
+    /// Settings of what is drawn, which need GL or the view.
+    void observeDrawing();
+    // True asks for a redraw.
+    bool setLensParam(const LensParam* lens);
+    bool setFaceOption(int option);
+    bool setOverlayImage(DisplayConfigUserData& delivery);
     void setQuad(float left, float bottom, float right, float top);
     static void rotateTexCoords(unsigned rotation, float* out, const float* in);
 
@@ -45,9 +43,7 @@ private:
     void drawImageOverlay(unsigned rotation);
     void drawFaces(const Frame& frame);
 
-    // Gestures and settings.
-    FlatMotion _motion;
-    Relaxed<unsigned> _rotation = 0u;  // degrees clockwise: 0, 90, 180 or 270
+    CommonMotion& _motion;
 
     // The quad, in triangle-strip order. Render thread.
     static constexpr unsigned noRotation = 360;
@@ -59,8 +55,6 @@ private:
 
     // As of the last projection.
     MatrixState _matrixState;
-    Relaxed<int> _surfaceWidth = 0;
-    Relaxed<int> _surfaceHeight = 0;
     int _frameWidth = 0;  // after rotation and `_heightFactor`
     int _frameHeight = 0;
 

@@ -35,29 +35,36 @@ void CylinderSideMotion::turn(double radians) {
     });
 }
 
-void CylinderSideMotion::drag(float x1, float x2) {
+bool CylinderSideMotion::touchDown(float, float) {
+    _autoRotate = 0;
+    return true;
+}
+
+bool CylinderSideMotion::drag(float x1, float, float x2, float) {
     _autoRotate = 0;
     turn((static_cast<double>(x2) - x1) * dragPerPixel);
+    return true;
 }
 
-void CylinderSideMotion::pinch(float factor) {
+bool CylinderSideMotion::pinch(float factor) {
     _autoRotate = 0;
     _zoom += factor > 1.0f ? -pinchStep : pinchStep;
+    return true;
 }
 
-void CylinderSideMotion::doubleTap() {
-    if (_zoomBusy) return;
+bool CylinderSideMotion::doubleTap(float, float) {
+    if (_zoomBusy) return true;
     const int wanted = _zoomIn ? 0 : 1;
     _zoomIn = wanted;
     _zoomPhase = wanted;
+    return true;
 }
 
-void CylinderSideMotion::setAutoRotate(bool on, float speed) {
+void CylinderSideMotion::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
-void CylinderSideMotion::fling(float velocityX) {
+void CylinderSideMotion::fling(float velocityX, float) {
     _autoRotate = 0;
     turn(velocityX * flingPerPixel);
 }

@@ -1,30 +1,28 @@
 #pragma once
 
 #include "config/relaxed.h"
+#include "render/motion.h"
 
 namespace zet::ZETShow {
 
 /// Pan and zoom of the panorama strip. Gestures and the flight of a double tap change its numbers,
 /// `CylinderSideRender` draws them.
-struct CylinderSideMotion {
+struct CylinderSideMotion final : Motion {
     enum class Phase { FlyingOut, RestingOut, FlyingIn, RestingIn };
     /// Any thread.
     Phase phase() const;
 
     // Setter's thread. Points are surface pixels; whatever goes up or down on the surface does nothing.
-    void touch() { _autoRotate = 0; }
-    void drag(float x1, float x2);
+    bool touchDown(float x, float y) override;
+    bool drag(float x1, float y1, float x2, float y2) override;
     /// One step towards the strip for a factor above 1, otherwise one step back, whatever its size.
-    void pinch(float factor);
+    bool pinch(float factor) override;
     /// Starts the flight to the other end; nothing while one is under way.
-    void doubleTap();
-    void setAutoRotate(bool on, float speed);
+    bool doubleTap(float x, float y) override;
+    void setAutoRotate(bool on, float) override;  // at one speed
 
-    // Render thread.
-    /// One frame of inertia, surface pixels a second.
-    void fling(float velocityX);
-    /// One frame: the flight or the rest, the turn by itself, the limits.
-    void step();
+    /// One frame: the flight or the rest, the turn by itself, the limits. Render thread.
+    void step() override;
 
     // Gestures and frames.
     Relaxed<float> _pan = 2.035f;  // radians; where the circle is cut open
@@ -33,7 +31,6 @@ struct CylinderSideMotion {
     Relaxed<int> _zoomPhase = 0;   // with `_zoomIn`: see `phase`
     Relaxed<int> _zoomBusy = 0;    // the zoom moved in its last step of a flight
     Relaxed<int> _autoRotate = 0;
-    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the turn has one speed
 
     // Worked out each frame.
     float _eyeZ = 2.0f;    // the camera's z
@@ -43,6 +40,7 @@ struct CylinderSideMotion {
     static constexpr float _zoomMax = 0.0f;
 
 private:
+    void fling(float velocityX, float velocityY) override;
     void turn(double radians);
     void fly(float zoomStep, bool arrived);
     void classifyRest();

@@ -47,19 +47,16 @@ constexpr float farPlane = 20.0f;
 
 }  // namespace
 
-CylinderSideRender::CylinderSideRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+CylinderSideRender::CylinderSideRender(DisplayConfig* config, RenderThread* thread,
+                                       const std::shared_ptr<CylinderSideMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int CylinderSideRender::init() {
-    createProgram();
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glDisable(GL_DEPTH_TEST);
-    return 0;
-}
-
-int CylinderSideRender::createProgram() {
     _strip.load(strip);
-    return _program.build(vertexStage, {mainStep}, {"cut"});
+    _program.build(vertexStage, {mainStep}, {"cut"});
+    return 0;
 }
 
 int CylinderSideRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
@@ -80,34 +77,6 @@ void CylinderSideRender::draw(const Frame& frame) {
     _program.set(0, _motion._ptZm);
     _strip.bind();
     _strip.draw();
-}
-
-int CylinderSideRender::onTouchDown(float, float) {
-    _motion.touch();
-    return 0;
-}
-
-int CylinderSideRender::onPinch(float factor) {
-    _motion.pinch(factor);
-    return 0;
-}
-
-int CylinderSideRender::onDoubleTap(float, float) {
-    _motion.doubleTap();
-    return 0;
-}
-
-int CylinderSideRender::onDrag(float x1, float, float x2, float) {
-    _motion.drag(x1, x2);
-    return 0;
-}
-
-void CylinderSideRender::setAutoRotate(bool enable, float speed) {
-    _motion.setAutoRotate(enable, speed);
-}
-
-void CylinderSideRender::onFling(float velocityX, float) {
-    _motion.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

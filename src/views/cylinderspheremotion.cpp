@@ -17,23 +17,29 @@ constexpr float greatestZoom = 1.0f;
 
 }  // namespace
 
-void CylinderSphereMotion::drag(float x1, float y1, float x2, float y2) {
+bool CylinderSphereMotion::touchDown(float, float) {
+    _autoRotate = 0;
+    return true;
+}
+
+bool CylinderSphereMotion::drag(float x1, float y1, float x2, float y2) {
     _autoRotate = 0;
     addHeld(_tilt, (y1 - y2) * degreesPerPixel);
     addHeld(_spin, (x2 - x1) * degreesPerPixel);
+    return true;
 }
 
-void CylinderSphereMotion::pinch(float factor) {
+bool CylinderSphereMotion::pinch(float factor) {
     _autoRotate = 0;
     _zoom += factor > 1.0f ? -pinchStep : pinchStep;
+    return true;
 }
 
-void CylinderSphereMotion::setAutoRotate(bool on, float speed) {
+void CylinderSphereMotion::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
-void CylinderSphereMotion::fling(float velocityX) {
+void CylinderSphereMotion::fling(float velocityX, float) {
     _autoRotate = 0;
     addHeld(_spin, velocityX * (velocityX > 0.0f ? flingRight : flingLeft));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/relaxed.h"
+#include "render/motion.h"
 
 namespace zet::ZETShow {
 
@@ -36,21 +37,18 @@ inline constexpr CylinderSpherePose bowlPose = {
 };
 
 /// Spin, tilt and distance of the drum or the bowl. Gestures change its numbers, `CylinderSphereRender` draws them.
-struct CylinderSphereMotion {
+struct CylinderSphereMotion final : Motion {
     explicit CylinderSphereMotion(const CylinderSpherePose& pose) : _pose(pose) {}
 
     // Setter's thread. Points are surface pixels.
-    void touch() { _autoRotate = 0; }
-    void drag(float x1, float y1, float x2, float y2);
+    bool touchDown(float x, float y) override;
+    bool drag(float x1, float y1, float x2, float y2) override;
     /// One step nearer for a factor above 1, otherwise one step back, whatever its size.
-    void pinch(float factor);
-    void setAutoRotate(bool on, float speed);
+    bool pinch(float factor) override;
+    void setAutoRotate(bool on, float) override;  // at one speed
 
-    // Render thread.
-    /// One frame of inertia, surface pixels a second.
-    void fling(float velocityX);
-    /// One frame: limits, the angles and the camera to draw with, and then the turn by itself.
-    void step();
+    /// One frame: limits, the angles and the camera to draw with, and then the turn by itself. Render thread.
+    void step() override;
 
     const CylinderSpherePose _pose;
 
@@ -59,7 +57,6 @@ struct CylinderSphereMotion {
     Relaxed<float> _tilt = 0.0f;  // degrees; more tips the rim away from the viewer
     Relaxed<float> _zoom = 0.0f;  // scene units away from the shape, -1 to 1
     Relaxed<int> _autoRotate = 0;
-    Relaxed<float> _autoRotateSpeed = 0.0f;  // remembered; the turn has one speed
 
     // Worked out each frame.
     float _shownSpin = 0.0f;  // degrees
@@ -70,6 +67,7 @@ struct CylinderSphereMotion {
     static constexpr float _radius = 6.0f;  // of the shape
 
 private:
+    void fling(float velocityX, float velocityY) override;
     void holdInView(float tilt);
 };
 

@@ -70,25 +70,19 @@ MeshVertex pointOn(const Shape& shape, double a, double b) {
 
 }  // namespace
 
-CylinderSphereRender::CylinderSphereRender(Variant variant, DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display), _variant(variant), _motion(variant == Variant::bowl ? bowlPose : drumPose) {}
+CylinderSphereRender::CylinderSphereRender(DisplayConfig* config, RenderThread* thread,
+                                           const std::shared_ptr<CylinderSphereMotion>& motion, Variant variant)
+    : Render(config, thread, motion), _variant(variant), _motion(*motion) {}
 
 int CylinderSphereRender::init() {
-    const Shape& shape = _variant == Variant::bowl ? bowlShape : drumShape;
-    _mesh.load(makeDome([&shape](double a, double b) { return pointOn(shape, a, b); }));
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glEnable(GL_DEPTH_TEST);  // the near side hides the far side
-    return created;
-}
-
-int CylinderSphereRender::createProgram() {
+    const Shape& shape = _variant == Variant::bowl ? bowlShape : drumShape;
+    _mesh.load(makeDome([&shape](double a, double b) { return pointOn(shape, a, b); }));
     return _program.build(frameVertexStage, {mainStep});
 }
 
 int CylinderSphereRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
     if (_size.changeTo(surfaceWidth, surfaceHeight)) setFrustumByAspect(_matrix, _size.aspect(), nearPlane, farPlane);
     if (!_size._sized) return 0;
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
@@ -116,29 +110,6 @@ void CylinderSphereRender::placeCamera() {
     matrixTranslate(_matrix._viewMatrix, 0, _motion._liftY, 0);
     _matrix.rotateView(180 - _motion._shownTilt, 1, 0, 0);
     _matrix.rotateView(180 - _motion._shownSpin, 0, 0, 1);
-}
-
-int CylinderSphereRender::onTouchDown(float, float) {
-    _motion.touch();
-    return 0;
-}
-
-int CylinderSphereRender::onPinch(float factor) {
-    _motion.pinch(factor);
-    return 0;
-}
-
-int CylinderSphereRender::onDrag(float x1, float y1, float x2, float y2) {
-    _motion.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void CylinderSphereRender::setAutoRotate(bool enable, float speed) {
-    _motion.setAutoRotate(enable, speed);
-}
-
-void CylinderSphereRender::onFling(float velocityX, float) {
-    _motion.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

@@ -13,18 +13,12 @@ namespace zet::ZETShow {
 class CylinderSphereRender final : public Render {
 public:
     enum class Variant { drum, bowl };
-    CylinderSphereRender(Variant variant, DisplayConfig* config, float touchScale, Display* display);
+    CylinderSphereRender(DisplayConfig* config, RenderThread* thread,
+                         const std::shared_ptr<CylinderSphereMotion>& motion, Variant variant);
 
     int init() override;
-    int createProgram() override;
     /// 0 also where the surface is too small to draw on.
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
-
-    int onTouchDown(float x, float y) override;
-    int onPinch(float factor) override;
-    int onDrag(float x1, float y1, float x2, float y2) override;
-    void setAutoRotate(bool enable, float speed) override;
-    void onFling(float velocityX, float velocityY) override;
 
 private:
     void draw(const Frame& frame);
@@ -33,10 +27,8 @@ private:
     // Fixed after `init`.
     const Variant _variant;
     Mesh _mesh;
-    bool _ready = false;
 
-    // Gestures and settings.
-    CylinderSphereMotion _motion;
+    CylinderSphereMotion& _motion;
 
     // As of the last projection.
     SurfaceSize _size;

@@ -259,36 +259,45 @@ void HalfSphereMotion::blendFromFar(const Pose& end, float pitch) {
     _eyeZ = end.eyeZ + (_farEyeZ - end.eyeZ) * u;
 }
 
-void HalfSphereMotion::touchDown() {
+bool HalfSphereMotion::touchDown(float, float) {
     _fingerUp = false;
     _autoRotate = false;
+    return true;
 }
 
-void HalfSphereMotion::pinch(float factor) {
+bool HalfSphereMotion::touchUp(float, float) {
+    _fingerUp = true;
+    return true;
+}
+
+bool HalfSphereMotion::pinch(float factor) {
     _autoRotate = false;
     addHeld(_travel, factor > 1.0f ? -travelPerPinch : travelPerPinch);
+    return true;
 }
 
-void HalfSphereMotion::drag(float x1, float y1, float x2, float y2) {
+bool HalfSphereMotion::drag(float x1, float y1, float x2, float y2) {
     _autoRotate = false;
     addHeld(_yaw, (x2 - x1) * yawPerPixel);
     addHeld(_travel, -(y2 - y1) * travelPerPixel);
+    return true;
 }
 
-void HalfSphereMotion::doubleTap(float x, float y, int surfaceWidth, int surfaceHeight) {
+bool HalfSphereMotion::doubleTap(float x, float y) {
     if (_offRest) {
         _viewAt = 1 - _viewAt;
     } else {
         _viewTarget = 1 - _viewTarget;
     }
-    const float right = x - static_cast<float>(surfaceWidth / 2);
-    const float down = y - static_cast<float>(surfaceHeight / 2);
-    if (right == 0.0f && down == 0.0f) return;  // no direction
+    const float right = x - static_cast<float>(_size._lastWidth / 2);
+    const float down = y - static_cast<float>(_size._lastHeight / 2);
+    if (right == 0.0f && down == 0.0f) return true;  // no direction
     const float slope = std::atan(down / right) * degreesPerRadian;
     _tapAngle = slope + (right > 0.0f ? 90.0f : 270.0f);
+    return true;
 }
 
-void HalfSphereMotion::fling(float velocityX) {
+void HalfSphereMotion::fling(float velocityX, float) {
     _autoRotate = false;
     addHeld(_yaw, velocityX * yawPerFling);
 }

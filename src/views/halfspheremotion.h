@@ -1,6 +1,8 @@
 #pragma once
 
 #include "config/relaxed.h"
+#include "render/motion.h"
+#include "views/parts/camera.h"
 
 namespace zet::ZETShow {
 
@@ -10,32 +12,31 @@ namespace zet::ZETShow {
 /// Angles are degrees, lengths are scene units, in which the bowl has a radius of 6. A positive yaw turns the picture
 /// clockwise. The path of the poses runs from far, where the whole bowl is seen, over near, which looks along its wall,
 /// to low, which looks at its rim; positions between them are given by `_travel`.
-struct HalfSphereMotion {
+struct HalfSphereMotion final : Motion {
     /// At the start of the opening flight, with backdrop and stars.
     HalfSphereMotion();
 
-    // Gestures and settings, in surface pixels from the top left corner. Setter's thread, `fling` Render thread.
-    void touchDown();
-    void touchUp() { _fingerUp = true; }
+    // Setter's thread.
+    bool touchDown(float x, float y) override;
+    bool touchUp(float x, float y) override;
     /// One step along the path in the direction of `factor`, whatever its size.
-    void pinch(float factor);
-    void drag(float x1, float y1, float x2, float y2);
+    bool pinch(float factor) override;
+    bool drag(float x1, float y1, float x2, float y2) override;
     /// Flies to the other rest pose, or back to the one that gestures have left, and turns what was tapped to the top.
-    void doubleTap(float x, float y, int surfaceWidth, int surfaceHeight);
-    void fling(float velocityX);
-    void setAutoRotate(bool on, float speed);
-    void setOpeningFlight(bool on);
-    void setSceneBackdrop(bool backdrop, bool stars);
+    bool doubleTap(float x, float y) override;
+    void setAutoRotate(bool on, float speed) override;
+    void setOpeningFlight(bool on) override;
+    void setSceneBackdrop(bool backdrop, bool stars) override;
 
-    /// One frame. Render thread.
-    void step();
+    // Render thread.
+    void step() override;
     /// How the picture is spread over the bowl: 0 at the near pose and below it, `_fratioMax` at the far one.
     float fratio() const;
     /// Camera of what stands behind the bowl: as far away as the bowl's at the far pose, and ahead of it on the way
     /// near.
     float parallaxEyeZ() const;
-    /// The scene moves by itself: the next frame differs without a gesture or new video.
-    bool isAlive() const { return _opening || _showBack || _showPoints; }
+    /// As long as the scene moves by itself.
+    bool asksForDraws() const override { return _opening || _showBack || _showPoints; }
 
     /// A rest pose in which the view is settled, or the one it flies to.
     enum class Phase { flyingToFar, farRest, flyingToNear, nearRest };
@@ -58,6 +59,8 @@ struct HalfSphereMotion {
     static constexpr float _lowPitch = -92.287971f;
     static constexpr float _lowMoveY = 3.5770595f;
     static constexpr float _lowMoveZ = -0.23966840f;
+
+    SurfaceSize _size;  // as of the last layout
 
     // Gestures and settings.
     Relaxed<bool> _fingerUp = true;
@@ -103,6 +106,7 @@ struct HalfSphereMotion {
     int _moveYSign = 0;
 
 private:
+    void fling(float velocityX, float velocityY) override;
     void stepAutoRotate();
     bool stepSpring();
     void stepPose();

@@ -41,20 +41,15 @@ constexpr float farPlane = 25.0f;
 
 }  // namespace
 
-HalfSphereRender::HalfSphereRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+HalfSphereRender::HalfSphereRender(DisplayConfig* config, RenderThread* thread,
+                                   const std::shared_ptr<HalfSphereMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int HalfSphereRender::init() {
-    _dome.load(makeDome(onFlattenedSphere));
-    const int created = createProgram();
-    _scene.loadPicture();
-    _ready = created == 0;
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int HalfSphereRender::createProgram() {
+    _dome.load(makeDome(onFlattenedSphere));
+    _scene.loadPicture();
     const auto build = [](FrameProgram& program, const char* mainStep) {
         return program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, mainStep}, {"share"});
     };
@@ -63,22 +58,20 @@ int HalfSphereRender::createProgram() {
 }
 
 int HalfSphereRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
     layOut(surfaceWidth, surfaceHeight);
-    if (!_surface._sized) return -1;
+    if (!_motion._size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
     setViewport({0, 0, surfaceWidth, surfaceHeight});
     if (_motion._showBack) _scene.drawBack(_motion);
     if (_motion._showPoints) _scene.drawPoints(_motion);
     drawBowl(frame);
-    if (_motion.isAlive()) requestRender();
     return 0;
 }
 
 void HalfSphereRender::layOut(int surfaceWidth, int surfaceHeight) {
-    if (!_surface.changeTo(surfaceWidth, surfaceHeight)) return;
-    setFrustumByAspect(_sphereMatrix, _surface.aspect(), nearPlane, farPlane);
-    _scene.setFrustum(_surface.aspect(), nearPlane, farPlane);
+    if (!_motion._size.changeTo(surfaceWidth, surfaceHeight)) return;
+    setFrustumByAspect(_sphereMatrix, _motion._size.aspect(), nearPlane, farPlane);
+    _scene.setFrustum(_motion._size.aspect(), nearPlane, farPlane);
 }
 
 void HalfSphereRender::drawBowl(const Frame& frame) {
@@ -93,47 +86,6 @@ void HalfSphereRender::drawBowl(const Frame& frame) {
     program.set(0, isFar ? (distance - evenDistance) * 2.0f : distance * sineShare / evenDistance + 1.0f - sineShare);
     _dome.bind();
     _dome.draw();
-}
-
-int HalfSphereRender::onTouchDown(float, float) {
-    _motion.touchDown();
-    return 0;
-}
-
-int HalfSphereRender::onTouchUp(float, float) {
-    _motion.touchUp();
-    return 0;
-}
-
-int HalfSphereRender::onPinch(float factor) {
-    _motion.pinch(factor);
-    return 0;
-}
-
-int HalfSphereRender::onDoubleTap(float x, float y) {
-    _motion.doubleTap(x, y, _surface._lastWidth, _surface._lastHeight);
-    return 0;
-}
-
-int HalfSphereRender::onDrag(float x1, float y1, float x2, float y2) {
-    _motion.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void HalfSphereRender::setAutoRotate(bool enable, float speed) {
-    _motion.setAutoRotate(enable, speed);
-}
-
-void HalfSphereRender::onFling(float velocityX, float) {
-    _motion.fling(velocityX);
-}
-
-void HalfSphereRender::setOpeningFlight(bool on) {
-    _motion.setOpeningFlight(on);
-}
-
-void HalfSphereRender::setSceneBackdrop(bool backdrop, bool stars) {
-    _motion.setSceneBackdrop(backdrop, stars);
 }
 
 }  // namespace zet::ZETShow

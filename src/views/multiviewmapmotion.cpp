@@ -46,8 +46,7 @@ void MultiViewMapMotion::updateDetailCamera(MatrixState& matrices) {
     matrices.rotateView(180, 0, 0, 1);
     matrices.rotateView(_pitch, 1, 0, 0);
     matrixTranslate(matrices._viewMatrix, 0, _moveY, _moveZ);
-    _shownYaw = dropWholeTurns(_yaw);
-    matrices.rotateView(_shownYaw + 180.0f, 0, 0, 1);
+    matrices.rotateView(dropWholeTurns(_yaw) + 180.0f, 0, 0, 1);
 }
 
 void MultiViewMapMotion::updateMapCamera(MatrixState& matrices) {
@@ -94,7 +93,7 @@ void MultiViewMapMotion::followLowPath() {
     _moveZ = (nearMoveZ - lowMoveZ) / span * (_pitch - lowPitch) + lowMoveZ;
 }
 
-void MultiViewMapMotion::touchDown(float x, float y) {
+bool MultiViewMapMotion::touchDown(float x, float y) {
     // The halves of the surface count, not the panes: the margins belong to the panes beside them.
     const auto width = static_cast<float>(_size._lastWidth);
     const auto half = static_cast<float>(_size._lastWidth / 2);
@@ -106,15 +105,22 @@ void MultiViewMapMotion::touchDown(float x, float y) {
         _fingerUp = false;
         _activePane = 0;
     }
+    return true;
 }
 
-void MultiViewMapMotion::drag(float x1, float y1, float x2, float y2) {
+bool MultiViewMapMotion::touchUp(float, float) {
+    _fingerUp = true;
+    return true;
+}
+
+bool MultiViewMapMotion::drag(float x1, float y1, float x2, float y2) {
     if (_activePane == 1) {
         aimFromMap(x2, y2);
-        return;
+    } else {
+        addHeld(_travel, -(y2 - y1) * dragSensitivity * travelPart);
+        turn((x2 - x1) * dragSensitivity);
     }
-    addHeld(_travel, -(y2 - y1) * dragSensitivity * travelPart);
-    turn((x2 - x1) * dragSensitivity);
+    return true;
 }
 
 void MultiViewMapMotion::aimFromMap(float x, float y) {
@@ -137,7 +143,7 @@ void MultiViewMapMotion::setAutoRotate(bool on, float speed) {
     _autoRotateSpeed = speed;
 }
 
-void MultiViewMapMotion::fling(float velocityX) {
+void MultiViewMapMotion::fling(float velocityX, float) {
     turn(velocityX * flingTurn / 1000.0f);
 }
 

@@ -2,6 +2,7 @@
 
 #include "config/relaxed.h"
 #include "render/matrix.h"
+#include "render/motion.h"
 #include "views/parts/camera.h"
 
 namespace zet::ZETShow {
@@ -11,18 +12,18 @@ namespace zet::ZETShow {
 ///
 /// The detail's path runs from straight at the pole, `_travel` about 4.56, over the near pose at 0, a look along the
 /// wall, to the low pose at about -1.51, which only a finger holds: from there the pose springs back.
-struct MultiViewMapMotion {
+struct MultiViewMapMotion final : Motion {
     // Setter's thread.
-    void touchDown(float x, float y);
-    void touchUp() { _fingerUp = true; }
-    void drag(float x1, float y1, float x2, float y2);
-    void setAutoRotate(bool on, float speed);
+    bool touchDown(float x, float y) override;
+    bool touchUp(float x, float y) override;
+    /// Lets go of the detail, no more.
+    bool doubleTap(float x, float y) override { return touchUp(x, y); }
+    bool drag(float x1, float y1, float x2, float y2) override;
+    void setAutoRotate(bool on, float speed) override;
 
     // Render thread.
-    /// One frame of inertia, surface pixels a second.
-    void fling(float velocityX);
     /// One step of the automatic turn, then of the pose.
-    void step();
+    void step() override;
     /// The detail's camera into the view matrix.
     void updateDetailCamera(MatrixState& matrices);
     /// The map's, which sees the whole dome from in front.
@@ -41,11 +42,11 @@ struct MultiViewMapMotion {
     float _pitch = 0.0f;  // degrees, 0 looks at the pole
     float _moveY = 0.0f;  // shifts of the scene
     float _moveZ = 0.0f;
-    float _shownYaw = 0.0f;  // `_yaw` without whole turns
     bool _tiltSeen = false;  // a finger has caught the tilt, or it has sprung back
     bool _wasFingerUp = false;
 
 private:
+    void fling(float velocityX, float velocityY) override;
     void aimFromMap(float x, float y);
     void turn(float angle);
     bool stepSpring();

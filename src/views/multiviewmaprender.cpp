@@ -15,23 +15,17 @@ constexpr float farPlane = 25.0f;
 
 }  // namespace
 
-MultiViewMapRender::MultiViewMapRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+MultiViewMapRender::MultiViewMapRender(DisplayConfig* config, RenderThread* thread,
+                                       const std::shared_ptr<MultiViewMapMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int MultiViewMapRender::init() {
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int MultiViewMapRender::createProgram() {
     return _detailArea.init(_program);
 }
 
 int MultiViewMapRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
     if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
     if (!_motion._size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
@@ -58,34 +52,6 @@ void MultiViewMapRender::drawPanes(const Frame& frame) {
     matrixIdentity(_mapMatrices._modelMatrix);
     MultiViewMapMotion::updateMapCamera(_mapMatrices);
     _detailArea.drawMap(frame, _mapMatrices.computeMvp(), detailMatrix);
-}
-
-void MultiViewMapRender::setAutoRotate(bool enable, float speed) {
-    _motion.setAutoRotate(enable, speed);
-}
-
-int MultiViewMapRender::onTouchDown(float x, float y) {
-    _motion.touchDown(x, y);
-    return 0;
-}
-
-int MultiViewMapRender::onTouchUp(float, float) {
-    _motion.touchUp();
-    return 0;
-}
-
-int MultiViewMapRender::onDoubleTap(float, float) {
-    _motion.touchUp();
-    return 0;
-}
-
-int MultiViewMapRender::onDrag(float x1, float y1, float x2, float y2) {
-    _motion.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void MultiViewMapRender::onFling(float velocityX, float) {
-    _motion.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

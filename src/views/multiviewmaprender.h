@@ -11,28 +11,18 @@ namespace zet::ZETShow {
 /// lit up on the left.
 class MultiViewMapRender final : public Render {
 public:
-    MultiViewMapRender(DisplayConfig* config, float touchScale, Display* display);
+    MultiViewMapRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<MultiViewMapMotion>& motion);
 
     int init() override;
-    int createProgram() override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
-
-    int onTouchDown(float x, float y) override;
-    int onTouchUp(float x, float y) override;
-    int onDoubleTap(float x, float y) override;
-    int onDrag(float x1, float y1, float x2, float y2) override;
-    void setAutoRotate(bool enable, float speed) override;
-    void onFling(float velocityX, float velocityY) override;
 
 private:
     void layOut();
     void drawPanes(const Frame& frame);
 
-    // Gestures and settings.
-    MultiViewMapMotion _motion;
+    MultiViewMapMotion& _motion;
 
     // Fixed after `init`.
-    bool _ready = false;
 
     // As of the last layout and the last frame.
     DetailArea _detailArea;

@@ -47,25 +47,18 @@ int MultiViewMotion::paneAt(float x, float y) const {
 }
 
 void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
-    updatePaneTilt(p);
-    lookAlongAxis(matrices, eyeZ);
-    matrices.rotateView(180, 0, 0, 1);
-    matrices.rotateView(_paneElevation[p], 1, 0, 0);
-    matrixTranslate(matrices._viewMatrix, 0, _paneMoveY[p], _paneMoveZ[p]);
-    _pan[p].update(foldIntoTurn);
-    // All panes that turn go on by a step with each pane that is drawn.
-    if (_autoRotate) stepAutoRotate();
-    matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
-}
-
-void MultiViewMotion::updatePaneTilt(int p) {
     static constexpr float limit = baseElevation / -elevationPerTilt;
     const float tilt = _tilt[p].update([](float value) { return std::clamp(value, 0.0f, limit); });
     const float elevation = tilt * elevationPerTilt + baseElevation;
     const float k = (elevation - baseElevation) / baseElevation;  // 0 at rest, -1 straight at the pole
-    _paneElevation[p] = elevation;
-    _paneMoveY[p] = baseMoveY * k + baseMoveY;
-    _paneMoveZ[p] = baseMoveZ * k + baseMoveZ;
+    lookAlongAxis(matrices, eyeZ);
+    matrices.rotateView(180, 0, 0, 1);
+    matrices.rotateView(elevation, 1, 0, 0);
+    matrixTranslate(matrices._viewMatrix, 0, baseMoveY * k + baseMoveY, baseMoveZ * k + baseMoveZ);
+    _pan[p].update(foldIntoTurn);
+    // All panes that turn go on by a step with each pane that is drawn.
+    if (_autoRotate) stepAutoRotate();
+    matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
 }
 
 void MultiViewMotion::stepAutoRotate() {
@@ -75,31 +68,34 @@ void MultiViewMotion::stepAutoRotate() {
     }
 }
 
-void MultiViewMotion::touchDown(float x, float y) {
+bool MultiViewMotion::touchDown(float x, float y) {
     const int p = paneAt(x, y);
     if (p >= 0) _paneAutoRotate[p] = false;
+    return true;
 }
 
-void MultiViewMotion::doubleTap(float x, float y) {
+bool MultiViewMotion::doubleTap(float x, float y) {
     if (_zoomed) {
         _zoomed = false;
-        return;
+        return true;
     }
     const int p = paneAt(x, y);
     if (p >= 0) _selectedPane = p;
     _activePane = _selectedPane;
     _zoomed = true;
+    return true;
 }
 
-void MultiViewMotion::drag(float x1, float y1, float x2, float y2) {
+bool MultiViewMotion::drag(float x1, float y1, float x2, float y2) {
     const bool zoomed = _zoomed;
     const int p = zoomed ? static_cast<int>(_selectedPane) : paneAt(x2, y2);
-    if (p < 0) return;
+    if (p < 0) return true;
     const float turn = (x2 - x1) * dragSensitivity;
     _activePane = p;
     _paneAutoRotate[p] = false;
     addHeld(_pan[p], zoomed ? turn : 2.0f * turn);
     addHeld(_tilt[p], -(y2 - y1) * dragSensitivity * tiltPart);
+    return true;
 }
 
 void MultiViewMotion::setAutoRotate(bool on, float speed) {
@@ -108,7 +104,7 @@ void MultiViewMotion::setAutoRotate(bool on, float speed) {
     _autoRotateSpeed = speed;
 }
 
-void MultiViewMotion::fling(float velocityX) {
+void MultiViewMotion::fling(float velocityX, float) {
     const int p = _activePane;
     addHeld(_pan[p], velocityX * (velocityX >= 0.0f ? flingRight : flingLeft) / 1000.0f);
     _paneAutoRotate[p] = false;

@@ -2,6 +2,7 @@
 
 #include "config/relaxed.h"
 #include "render/matrix.h"
+#include "render/motion.h"
 #include "views/parts/camera.h"
 
 namespace zet::ZETShow {
@@ -10,20 +11,20 @@ namespace zet::ZETShow {
 /// draws them. Touch coordinates are surface pixels, origin at the top left corner.
 ///
 /// Pane 0 is at the bottom left of the screen, and the others follow clockwise.
-struct MultiViewMotion {
+struct MultiViewMotion final : Motion {
     static constexpr int paneCount = 4;
 
-    /// Stops the pane under the point. Setter's thread.
-    void touchDown(float x, float y);
-    /// Enlarges the pane under the point, or goes back to the grid. Setter's thread.
-    void doubleTap(float x, float y);
-    /// Turns and tilts the enlarged pane, otherwise the one under the second point. Setter's thread.
-    void drag(float x1, float y1, float x2, float y2);
-    /// Starts or stops all panes; `speed` is a factor, negative turns the other way. Setter's thread.
-    void setAutoRotate(bool on, float speed);
+    // Setter's thread.
+    /// Stops the pane under the point.
+    bool touchDown(float x, float y) override;
+    bool touchUp(float, float) override { return true; }  // asks for a redraw, no more
+    /// Enlarges the pane under the point, or goes back to the grid.
+    bool doubleTap(float x, float y) override;
+    /// Turns and tilts the enlarged pane, otherwise the one under the second point.
+    bool drag(float x1, float y1, float x2, float y2) override;
+    /// Starts or stops all panes; `speed` is a factor, negative turns the other way.
+    void setAutoRotate(bool on, float speed) override;
 
-    /// One frame of inertia, surface pixels a second: turns the pane that was dragged or enlarged last. Render thread.
-    void fling(float velocityX);
     /// Divides the surface of `_size`. Render thread.
     void layoutPanes();
     /// One step of pane `p`, and its camera into the view matrix. Render thread.
@@ -43,14 +44,12 @@ struct MultiViewMotion {
     Relaxed<int> _activePane = 0;  // the one that a fling turns
     Relaxed<bool> _zoomed = false;
 
-    // Worked out at each layout and each frame. Render thread.
+    // Worked out at each layout. Render thread.
     Viewport _paneRects[paneCount];
-    float _paneElevation[paneCount] = {};  // degrees, 0 looks at the pole
-    float _paneMoveY[paneCount] = {};
-    float _paneMoveZ[paneCount] = {};
 
 private:
-    void updatePaneTilt(int p);
+    /// Turns the pane that was dragged or enlarged last.
+    void fling(float velocityX, float velocityY) override;
     void stepAutoRotate();
 };
 

@@ -25,24 +25,18 @@ constexpr float farPlane = 25.0f;
 
 }  // namespace
 
-MultiViewRender::MultiViewRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+MultiViewRender::MultiViewRender(DisplayConfig* config, RenderThread* thread,
+                                 const std::shared_ptr<MultiViewMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int MultiViewRender::init() {
-    _dome.load(makeDome(onSphere));
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int MultiViewRender::createProgram() {
+    _dome.load(makeDome(onSphere));
     return _program.build(frameVertexStage, {evenRadius, poleShrink, lensPoint, mainStep});
 }
 
 int MultiViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
     if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
     glClear(GL_COLOR_BUFFER_BIT);
     if (!_motion._size._sized) return -1;
@@ -72,33 +66,6 @@ void MultiViewRender::drawPane(int p, const Viewport& rect) {
     _motion.updatePaneCamera(p, matrices);
     _program.setMatrix(matrices.computeMvp());
     _dome.draw();
-}
-
-void MultiViewRender::setAutoRotate(bool enable, float speed) {
-    _motion.setAutoRotate(enable, speed);
-}
-
-int MultiViewRender::onTouchDown(float x, float y) {
-    _motion.touchDown(x, y);
-    return 0;
-}
-
-int MultiViewRender::onTouchUp(float, float) {
-    return 0;  // asks for a redraw, no more
-}
-
-int MultiViewRender::onDoubleTap(float x, float y) {
-    _motion.doubleTap(x, y);
-    return 0;
-}
-
-int MultiViewRender::onDrag(float x1, float y1, float x2, float y2) {
-    _motion.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void MultiViewRender::onFling(float velocityX, float) {
-    _motion.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

@@ -19,23 +19,29 @@ float sprungBack(float angle, float softLimit) {
 }  // namespace
 
 void WallOneView180Motion::step() {
-    if (!_zoom._autoRotate) stepSpring();
-    _zoom.step();
+    if (!_autoRotate) stepSpring();
+    WallZoom::step();
 }
 
 void WallOneView180Motion::stepSpring() {
-    const bool central = std::fabs(_zoom._yaw) <= softYawLimit && std::fabs(_zoom._pitch) <= softPitchLimit;
-    if (!_fingerUp || central || _zoom._flightBusy) return;
-    _zoom._yaw.update([](float yaw) { return sprungBack(yaw, softYawLimit); });
-    _zoom._pitch.update([](float pitch) { return sprungBack(pitch, softPitchLimit); });
-    _zoom.clampView();
+    const bool central = std::fabs(_yaw) <= softYawLimit && std::fabs(_pitch) <= softPitchLimit;
+    if (!_fingerUp || central || _flightBusy) return;
+    _yaw.update([](float yaw) { return sprungBack(yaw, softYawLimit); });
+    _pitch.update([](float pitch) { return sprungBack(pitch, softPitchLimit); });
+    clampView();
 }
 
-void WallOneView180Motion::touchDown(float x, float y) {
-    _zoom.touch();
-    const auto width = static_cast<float>(_zoom._size._lastWidth);
-    const auto height = static_cast<float>(_zoom._size._lastHeight);
+bool WallOneView180Motion::touchDown(float x, float y) {
+    WallZoom::touchDown(x, y);
+    const auto width = static_cast<float>(_size._lastWidth);
+    const auto height = static_cast<float>(_size._lastHeight);
     if (x >= 0.0f && x <= width && y >= 0.0f && y <= height) _fingerUp = false;
+    return true;
+}
+
+bool WallOneView180Motion::touchUp(float, float) {
+    _fingerUp = true;
+    return true;
 }
 
 }  // namespace zet::ZETShow

@@ -50,25 +50,19 @@ MeshVertex underFlatFrame(double a, double b) {
 
 }  // namespace
 
-WallOneView180Render::WallOneView180Render(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+WallOneView180Render::WallOneView180Render(DisplayConfig* config, RenderThread* thread,
+                                           const std::shared_ptr<WallOneView180Motion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int WallOneView180Render::init() {
-    _dome.load(makeDome(underFlatFrame));
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int WallOneView180Render::createProgram() {
+    _dome.load(makeDome(underFlatFrame));
     return _program.build(vertexStage, {mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
-    SurfaceSize& size = _motion._zoom._size;
+    SurfaceSize& size = _motion._size;
     if (size.changeTo(surfaceWidth, surfaceHeight)) {
         setFrustumByAspect(_matrixState, size.aspect(), nearPlane, farPlane);
     }
@@ -80,49 +74,15 @@ int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, const Fram
 
 void WallOneView180Render::draw(const Frame& frame) {
     _motion.step();
-    const WallZoom& zoom = _motion._zoom;
-    setViewport({0, 0, zoom._size._lastWidth, zoom._size._lastHeight});
+    setViewport({0, 0, _motion._size._lastWidth, _motion._size._lastHeight});
     matrixIdentity(_matrixState._modelMatrix);
-    zoom.updateCamera(_matrixState);
+    _motion.updateCamera(_matrixState);
     _program.use(frame);
     _program.setMatrix(_matrixState.computeMvp());
-    _program.set(0, zoom._coff.x);
-    _program.set(1, zoom._coff.z);
+    _program.set(0, _motion._coff.x);
+    _program.set(1, _motion._coff.z);
     _dome.bind();
     _dome.draw();
-}
-
-void WallOneView180Render::setAutoRotate(bool enable, float speed) {
-    _motion._zoom.setAutoRotate(enable, speed);
-}
-
-int WallOneView180Render::onTouchDown(float x, float y) {
-    _motion.touchDown(x, y);
-    return 0;
-}
-
-int WallOneView180Render::onTouchUp(float, float) {
-    _motion.touchUp();
-    return 0;
-}
-
-int WallOneView180Render::onPinch(float factor) {
-    _motion._zoom.pinch(factor);
-    return 0;
-}
-
-int WallOneView180Render::onDoubleTap(float, float) {
-    _motion._zoom.doubleTap();
-    return 0;
-}
-
-int WallOneView180Render::onDrag(float x1, float y1, float x2, float y2) {
-    _motion._zoom.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void WallOneView180Render::onFling(float velocityX, float) {
-    _motion._zoom.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

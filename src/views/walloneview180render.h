@@ -10,29 +10,19 @@ namespace zet::ZETShow {
 /// the lens region as it is, not squared.
 class WallOneView180Render final : public Render {
 public:
-    WallOneView180Render(DisplayConfig* config, float touchScale, Display* display);
+    WallOneView180Render(DisplayConfig* config, RenderThread* thread,
+                         const std::shared_ptr<WallOneView180Motion>& motion);
 
     int init() override;
-    int createProgram() override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
-
-    int onTouchDown(float x, float y) override;
-    int onTouchUp(float x, float y) override;
-    int onPinch(float factor) override;
-    int onDoubleTap(float x, float y) override;
-    int onDrag(float x1, float y1, float x2, float y2) override;
-    void setAutoRotate(bool enable, float speed) override;
-    void onFling(float velocityX, float velocityY) override;
 
 private:
     void draw(const Frame& frame);
 
-    // Gestures and settings.
-    WallOneView180Motion _motion;
+    WallOneView180Motion& _motion;
 
     // Fixed after `init`.
     Mesh _dome;
-    bool _ready = false;
 
     MatrixState _matrixState;
 };

@@ -43,25 +43,19 @@ constexpr float farPlane = 30.0f;
 
 }  // namespace
 
-WallOneViewRender::WallOneViewRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+WallOneViewRender::WallOneViewRender(DisplayConfig* config, RenderThread* thread,
+                                     const std::shared_ptr<WallZoom>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int WallOneViewRender::init() {
-    _dome.load(makeDome(onSphere));
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int WallOneViewRender::createProgram() {
+    _dome.load(makeDome(onSphere));
     return _program.build(vertexStage, {evenRadius, lensPoint, mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
-    SurfaceSize& size = _zoom._size;
+    SurfaceSize& size = _motion._size;
     if (size.changeTo(surfaceWidth, surfaceHeight)) {
         setFrustumByAspect(_matrixState, size.aspect(), nearPlane, farPlane);
     }
@@ -72,44 +66,16 @@ int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& 
 }
 
 void WallOneViewRender::draw(const Frame& frame) {
-    _zoom.step();
-    setViewport({0, 0, _zoom._size._lastWidth, _zoom._size._lastHeight});
+    _motion.step();
+    setViewport({0, 0, _motion._size._lastWidth, _motion._size._lastHeight});
     matrixIdentity(_matrixState._modelMatrix);
-    _zoom.updateCamera(_matrixState);
+    _motion.updateCamera(_matrixState);
     _program.use(frame);
     _program.setMatrix(_matrixState.computeMvp());
-    _program.set(0, _zoom._coff.x);
-    _program.set(1, _zoom._coff.z);
+    _program.set(0, _motion._coff.x);
+    _program.set(1, _motion._coff.z);
     _dome.bind();
     _dome.draw();
-}
-
-void WallOneViewRender::setAutoRotate(bool enable, float speed) {
-    _zoom.setAutoRotate(enable, speed);
-}
-
-int WallOneViewRender::onTouchDown(float, float) {
-    _zoom.touch();
-    return 0;
-}
-
-int WallOneViewRender::onPinch(float factor) {
-    _zoom.pinch(factor);
-    return 0;
-}
-
-int WallOneViewRender::onDoubleTap(float, float) {
-    _zoom.doubleTap();
-    return 0;
-}
-
-int WallOneViewRender::onDrag(float x1, float y1, float x2, float y2) {
-    _zoom.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void WallOneViewRender::onFling(float velocityX, float) {
-    _zoom.fling(velocityX);
 }
 
 }  // namespace zet::ZETShow

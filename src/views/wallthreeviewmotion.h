@@ -1,6 +1,7 @@
 #pragma once
 
 #include "render/matrix.h"
+#include "render/motion.h"
 #include "views/parts/camera.h"
 
 namespace zet::ZETShow {
@@ -8,7 +9,7 @@ namespace zet::ZETShow {
 /// The panes of the wall view of three panes and their cameras, which no gesture moves. Render thread.
 ///
 /// Pane 0 is at the top left of the screen, pane 2 at the top right, and pane 1, the panorama, below both.
-struct WallThreeViewMotion {
+struct WallThreeViewMotion final : Motion {
     static constexpr int panorama = 1;
 
     /// Divides the surface of `_size`.

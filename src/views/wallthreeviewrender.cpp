@@ -41,26 +41,20 @@ constexpr std::array<MeshVertex, 4> quad = {{
 
 }  // namespace
 
-WallThreeViewRender::WallThreeViewRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+WallThreeViewRender::WallThreeViewRender(DisplayConfig* config, RenderThread* thread,
+                                         const std::shared_ptr<WallThreeViewMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int WallThreeViewRender::init() {
-    _dome.load(makeDome(onFlattenedSphere));
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int WallThreeViewRender::createProgram() {
-    if (_program.build(frameVertexStage, {evenRadius, lensPointOpposite, domeStep}) != 0) return -1;
+    _dome.load(makeDome(onFlattenedSphere));
     _panorama.load(quad);
+    if (_program.build(frameVertexStage, {evenRadius, lensPointOpposite, domeStep}) != 0) return -1;
     return _panoramaProgram.build(frameVertexStage, {panoramaStep});
 }
 
 int WallThreeViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return 0;
     if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) _motion.layoutPanes();
     if (!_motion._size._sized) return 0;
     glClear(GL_COLOR_BUFFER_BIT);

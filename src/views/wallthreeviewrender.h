@@ -9,10 +9,10 @@ namespace zet::ZETShow {
 /// Mode 7: the left and the right of what a wall-mounted lens sees, and below both a panorama of it. No gestures.
 class WallThreeViewRender final : public Render {
 public:
-    WallThreeViewRender(DisplayConfig* config, float touchScale, Display* display);
+    WallThreeViewRender(DisplayConfig* config, RenderThread* thread,
+                        const std::shared_ptr<WallThreeViewMotion>& motion);
 
     int init() override;
-    int createProgram() override;
     /// Always 0, also where there is nothing to draw.
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
@@ -23,11 +23,10 @@ private:
     void drawDome(int p);
     void drawPanorama(const Frame& frame);
 
-    WallThreeViewMotion _motion;
+    WallThreeViewMotion& _motion;
 
     // Fixed after `init`.
     Mesh _dome;
-    bool _ready = false;
     FrameProgram _panoramaProgram;
     Mesh _panorama;
 

@@ -49,25 +49,26 @@ void WallTwoViewMotion::updateDetailCamera(MatrixState& matrices) {
     const auto held = [](float angle) { return clampBothWays(angle, viewLimit); };
     const float pitch = _pitch.update(held);
     const float yaw = _yaw.update(held);
-    _paneMoveZ = sideShift(pitch, yaw);
-    lookAside(matrices, _paneMoveZ, pitch, yaw);
+    lookAside(matrices, sideShift(pitch, yaw), pitch, yaw);
 }
 
 void WallTwoViewMotion::updateOverviewCamera(MatrixState& matrices) {
     lookAlongAxis(matrices, overviewEyeZ);
 }
 
-void WallTwoViewMotion::touchDown(float x, float y) {
+bool WallTwoViewMotion::touchDown(float x, float y) {
     if (x > 0.0f && y > 0.0f && isOnOverview(x, y)) aimView(x, y);
+    return true;
 }
 
-void WallTwoViewMotion::drag(float x1, float y1, float x2, float y2) {
+bool WallTwoViewMotion::drag(float x1, float y1, float x2, float y2) {
     const bool onOverview = x2 >= 0.0f && y2 >= 0.0f && isOnOverview(x2, y2);
     const auto dx = static_cast<float>((static_cast<double>(x2) - x1) * dragSensitivity);
     const auto dy = static_cast<float>((static_cast<double>(y2) - y1) * dragSensitivity);
     const float part = onOverview ? dragPart : -dragPart;
     _dragSide = onOverview ? -1 : 1;
     moveView(dy * part, dx * part);
+    return true;
 }
 
 void WallTwoViewMotion::fling(float velocityX, float velocityY) {

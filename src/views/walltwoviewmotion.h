@@ -2,6 +2,7 @@
 
 #include "config/relaxed.h"
 #include "render/matrix.h"
+#include "render/motion.h"
 #include "views/parts/camera.h"
 
 namespace zet::ZETShow {
@@ -9,14 +10,12 @@ namespace zet::ZETShow {
 /// The two cameras of the wall view of two panes, of which only the detail's ever moves, and only by gestures. They
 /// change its numbers, `WallTwoViewRender` draws them. Touch coordinates are surface pixels, origin at the top left
 /// corner; the overview answers on the left half of the surface.
-struct WallTwoViewMotion {
+struct WallTwoViewMotion final : Motion {
     /// Turns the detail part of the way to a place of the overview. Setter's thread.
-    void touchDown(float x, float y);
+    bool touchDown(float x, float y) override;
     /// Turns the detail: with the finger where the drag ends on the overview, against it elsewhere. Setter's thread.
-    void drag(float x1, float y1, float x2, float y2);
+    bool drag(float x1, float y1, float x2, float y2) override;
 
-    /// Turns the detail opposite to a drag that ends where the last one did. Render thread.
-    void fling(float velocityX, float velocityY);
     /// The detail's camera into the view matrix. Render thread.
     void updateDetailCamera(MatrixState& matrices);
     /// The overview's, which sees the whole dome from far out on its axis. Render thread.
@@ -28,9 +27,9 @@ struct WallTwoViewMotion {
     Relaxed<float> _yaw = 0.0f;    // degrees, positive looks to the right
     Relaxed<int> _dragSide = 0;    // the last drag ended on the overview: -1, elsewhere: 1
 
-    float _paneMoveZ = 0.0f;  // shift of the detail's dome, as of the last frame
-
 private:
+    /// Turns the detail opposite to a drag that ends where the last one did.
+    void fling(float velocityX, float velocityY) override;
     bool isOnOverview(float x, float y) const;
     void aimView(float x, float y);
     void moveView(float dPitch, float dYaw);

@@ -15,23 +15,17 @@ constexpr float farPlane = 25.0f;
 
 }  // namespace
 
-WallTwoViewRender::WallTwoViewRender(DisplayConfig* config, float touchScale, Display* display)
-    : Render(config, touchScale, display) {}
+WallTwoViewRender::WallTwoViewRender(DisplayConfig* config, RenderThread* thread,
+                                     const std::shared_ptr<WallTwoViewMotion>& motion)
+    : Render(config, thread, motion), _motion(*motion) {}
 
 int WallTwoViewRender::init() {
-    const int created = createProgram();
-    _ready = created == 0;
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return created;
-}
-
-int WallTwoViewRender::createProgram() {
     return _detailArea.init(_program);
 }
 
 int WallTwoViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (!_ready) return -1;
     if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
     if (!_motion._size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
@@ -57,20 +51,6 @@ void WallTwoViewRender::drawPanes(const Frame& frame) {
     matrixIdentity(_mapMatrices._modelMatrix);
     WallTwoViewMotion::updateOverviewCamera(_mapMatrices);
     _detailArea.drawMap(frame, _mapMatrices.computeMvp(), detailMatrix);
-}
-
-int WallTwoViewRender::onTouchDown(float x, float y) {
-    _motion.touchDown(x, y);
-    return 0;
-}
-
-int WallTwoViewRender::onDrag(float x1, float y1, float x2, float y2) {
-    _motion.drag(x1, y1, x2, y2);
-    return 0;
-}
-
-void WallTwoViewRender::onFling(float velocityX, float velocityY) {
-    _motion.fling(velocityX, velocityY);
 }
 
 }  // namespace zet::ZETShow

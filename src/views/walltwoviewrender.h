@@ -11,25 +11,18 @@ namespace zet::ZETShow {
 /// the part that the right shows lit up on the left. Nothing moves by itself here.
 class WallTwoViewRender final : public Render {
 public:
-    WallTwoViewRender(DisplayConfig* config, float touchScale, Display* display);
+    WallTwoViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<WallTwoViewMotion>& motion);
 
     int init() override;
-    int createProgram() override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
-
-    int onTouchDown(float x, float y) override;
-    int onDrag(float x1, float y1, float x2, float y2) override;
-    void onFling(float velocityX, float velocityY) override;
 
 private:
     void layOut();
     void drawPanes(const Frame& frame);
 
-    // Gestures.
-    WallTwoViewMotion _motion;
+    WallTwoViewMotion& _motion;
 
     // Fixed after `init`.
-    bool _ready = false;
 
     // As of the last layout and the last frame.
     DetailArea _detailArea;

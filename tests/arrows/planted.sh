@@ -22,7 +22,7 @@ done
 
 plant player/window.cpp '"window.h"' '"zet/zet.h"' '<SDL.h>'
 plant src/display/display.cpp '"display/display.h"' '"render/render.h"' '"overlay/textfilter.h"' '"common/busstore.h"'
-plant src/render/render.cpp '"render/render.h"' '"display/display.h"' '"config/door.h"'
+plant src/render/render.cpp '"render/render.h"' '"config/door.h"'
 plant src/render/renderfactory.cpp '"views/onerender.h"' '"views/tworender.h"'
 plant src/views/onerender.cpp '"views/onerender.h"' '"views/parts/dome.h"' '"overlay/airectrender.h"' '"render/render.h"'
 plant src/views/halfsphererender.cpp '"views/halfspherescene.h"'

@@ -222,8 +222,8 @@ TEST_F(DisplayGl, showsColorsAsTheyAreCoded) {
     expectRed({COLOR_MATRIX_UNSPECIFIED, 1}, false, "back");
 }
 
-TEST_F(DisplayGl, replacesTheViewFromInsideItsDraw) {
-    // The request of a view that turns by itself reaches an observer of the player in the middle of a draw.
+TEST_F(DisplayGl, replacesTheViewAtTheEndOfItsDraw) {
+    // The request of a view that turns by itself reaches an observer of the player at the end of a draw.
     const auto player = std::this_thread::get_id();
     const auto replace = [=, this](DisplayConfig&, DisplayConfigUserData&) {
         if (std::this_thread::get_id() != player) setMode(0);

@@ -21,11 +21,11 @@ TEST(CylinderSideMotion, doubleTapFliesInAndBackIn43Frames) {
     } flights[] = {{Phase::FlyingIn, Phase::RestingIn, -0.85f}, {Phase::FlyingOut, Phase::RestingOut, 0}};
     for (const auto& [flying, resting, end] : flights) {
         SCOPED_TRACE(end);
-        motion.doubleTap();
+        motion.doubleTap(0, 0);
         steps(motion, 42);
         EXPECT_NE(motion._zoom, end);
         EXPECT_NEAR(motion._zoom, end, 0.0101);
-        motion.doubleTap();
+        motion.doubleTap(0, 0);
         EXPECT_EQ(motion.phase(), flying) << "a tap under way does nothing";
         motion.step();
         EXPECT_EQ(motion._eyeZ, 2.0f + end);
@@ -43,7 +43,7 @@ TEST(CylinderSideMotion, pinchesCrossTheBorderOfTheRestStates) {
         EXPECT_NEAR(motion._zoom, -i * 0.03375, 1e-6);
         EXPECT_EQ(motion.phase(), i < 6 ? Phase::RestingOut : Phase::RestingIn) << i;
     }
-    motion.doubleTap();
+    motion.doubleTap(0, 0);
     steps(motion, 12);
     EXPECT_EQ(motion.phase(), Phase::RestingOut);
 }
@@ -83,8 +83,8 @@ TEST(CylinderMotions, turnByThemselvesAtOneSpeedUntilATouch) {
         drum.step();
         EXPECT_NEAR(strip._pan, 2.035 - 0.0021375, 1e-6);
         EXPECT_NEAR(drum._spin, -0.039375, 1e-6);
-        strip.touch();
-        drum.touch();
+        strip.touchDown(0, 0);
+        drum.touchDown(0, 0);
     }
 }
 

@@ -19,6 +19,7 @@ void steps(HalfSphereMotion& motion, int count) {
 
 HalfSphereMotion atFar() {
     HalfSphereMotion motion;
+    motion._size.changeTo(width, height);
     motion.setOpeningFlight(false);
     steps(motion, 2);
     return motion;
@@ -26,7 +27,7 @@ HalfSphereMotion atFar() {
 
 HalfSphereMotion atNear() {
     HalfSphereMotion motion = atFar();
-    motion.doubleTap(width / 2 + 1, 0, width, height);
+    motion.doubleTap(width / 2 + 1, 0);
     steps(motion, 43);
     return motion;
 }
@@ -80,7 +81,7 @@ TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
                  {atNear(), 800, 300, 122.4f}};
     for (auto [motion, x, y, turn] : cases) {
         const float before = motion._shownYaw;
-        motion.doubleTap(x, y, width, height);
+        motion.doubleTap(x, y);
         const Phase flying = motion.phase();
         steps(motion, 41);
         EXPECT_EQ(motion.phase(), flying);
@@ -92,17 +93,17 @@ TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
 
 TEST(HalfSphereMotion, ATiltPastNearSpringsBackAndFromThenOnThePathLeadsThroughNear) {
     HalfSphereMotion motion = atFar();
-    motion.touchDown();
+    motion.touchDown(0, 0);
     dragTo(motion, -9);
-    motion.touchUp();
+    motion.touchUp(0, 0);
     steps(motion, 10);
-    motion.touchDown();
+    motion.touchDown(0, 0);
     steps(motion, 3);
     EXPECT_NEAR(motion._pitch, -82.287971f, 1e-3) << "a degree a frame, until a finger catches it";
-    motion.touchUp();
+    motion.touchUp(0, 0);
     steps(motion, 37);
     expectPose(motion, 2, -45.560596f, 1.8790853f, 1.3989465f);
-    motion.touchDown();
+    motion.touchDown(0, 0);
     dragTo(motion, -4);
     const float w = (92.287971f - 72) / (92.287971f - 45.560596f);
     expectPose(motion, 2, -72, std::lerp(3.5770595f, 1.8790853f, w), std::lerp(-0.2396684f, 1.3989465f, w));
@@ -118,7 +119,7 @@ TEST(HalfSphereMotion, ADoubleTapOffRestFliesBackToIt) {
         pinched.step();
         EXPECT_NEAR(pinched._travel, travel += step * 0.07875, 1e-6) << factor << ": only the direction counts";
     }
-    pinched.doubleTap(1, 1, width, height);
+    pinched.doubleTap(1, 1);
     EXPECT_EQ(pinched.phase(), Phase::flyingToFar);
 
     HalfSphereMotion pulled = atNear();
@@ -126,7 +127,7 @@ TEST(HalfSphereMotion, ADoubleTapOffRestFliesBackToIt) {
     expectPose(pulled, 2 + 5.1f / 2, -45.560596f / 2, 1.8790853f / 2, 1.3989465f / 2);
     dragTo(pulled, 9);
     expectPose(pulled, 7.1f, 0, 0, 0);
-    pulled.doubleTap(1, 1, width, height);
+    pulled.doubleTap(1, 1);
     EXPECT_EQ(pulled.phase(), Phase::flyingToNear);
 }
 

@@ -104,12 +104,12 @@ TEST_F(MultiViewMapMotionTest, lowTiltSpringsBackByADegreeAFrameUnlessAFingerCat
     EXPECT_NEAR(motion._pitch, lowPitch, 1e-4) << "while a finger holds it";
     EXPECT_NEAR(motion._moveY, 2.6181979, 1e-4);
     EXPECT_NEAR(motion._moveZ, 0.68567199, 1e-4);
-    motion.touchUp();
+    motion.touchUp(0, 0);
     steps(8);
     motion.touchDown(750, 400);
     steps(3);
     EXPECT_NEAR(motion._pitch, lowPitch + 8, 1e-3) << "caught";
-    motion.touchUp();
+    motion.touchUp(0, 0);
     steps(12);
     EXPECT_NEAR(motion._pitch, lowPitch + 20, 1e-3);
     motion.step();

@@ -152,7 +152,7 @@ void WallZoom::updateCoefficients() {
     const auto between = [k](float far, float near) { return (near - far) * k + far; };
     const DomeCoff& far = _settings.coffFar;
     const DomeCoff& near = _settings.coffNear;
-    _coff = {between(far.x, near.x), between(far.y, near.y), between(far.z, near.z)};
+    _coff = {between(far.x, near.x), between(far.z, near.z)};
 }
 
 void WallZoom::updateCamera(MatrixState& matrices) const {
@@ -171,36 +171,43 @@ void WallZoom::rest(bool close) {
     _atWide = !close;
 }
 
-void WallZoom::pinch(float factor) {
+bool WallZoom::touchDown(float, float) {
     _autoRotate = false;
-    if (!_size._sized) return;
+    return true;
+}
+
+bool WallZoom::pinch(float factor) {
+    _autoRotate = false;
+    if (!_size._sized) return true;
     _targetEyeZ += factor > 1.0f ? -_settings.pinchStep : _settings.pinchStep;
+    return true;
 }
 
-void WallZoom::doubleTap() {
+bool WallZoom::doubleTap(float, float) {
     _autoRotate = false;
-    if (!_size._sized) return;
+    if (!_size._sized) return true;
     const bool wantClose = _wantClose;
-    if (_flightBusy && !(wantClose && _settings.tapRecallsFlight)) return;
+    if (_flightBusy && !(wantClose && _settings.tapRecallsFlight)) return true;
     _wantClose = !wantClose;
+    return true;
 }
 
-void WallZoom::drag(float x1, float y1, float x2, float y2) {
+bool WallZoom::drag(float x1, float y1, float x2, float y2) {
     _autoRotate = false;
-    if (!_size._sized) return;
+    if (!_size._sized) return true;
     const auto width = static_cast<float>(_size._lastWidth);
     const auto height = static_cast<float>(_size._lastHeight);
-    if (!(x2 > 0.0f && x2 <= width && y2 > 0.0f && y2 <= height)) return;
+    if (!(x2 > 0.0f && x2 <= width && y2 > 0.0f && y2 <= height)) return true;
     addHeld(_pitch, (y2 - y1) * -dragSensitivity);
     addHeld(_yaw, (x2 - x1) * -dragSensitivity);
+    return true;
 }
 
-void WallZoom::setAutoRotate(bool on, float speed) {
+void WallZoom::setAutoRotate(bool on, float) {
     _autoRotate = on;
-    _autoRotateSpeed = speed;
 }
 
-void WallZoom::fling(float velocityX) {
+void WallZoom::fling(float velocityX, float) {
     _autoRotate = false;
     if (!_size._sized) return;
     addHeld(_yaw, -velocityX * flingTurn / 1000.0f);

@@ -2,14 +2,14 @@
 
 #include "config/relaxed.h"
 #include "render/matrix.h"
+#include "render/motion.h"
 #include "views/parts/camera.h"
 
 namespace zet::ZETShow {
 
-/// Factors on the dome's three axes.
+/// Factors on two of the dome's axes.
 struct DomeCoff {
     float x;
-    float y;
     float z;
 };
 
@@ -34,8 +34,8 @@ inline constexpr WallZoomSettings wallOneZoom = {
     .yawLimitMax = 32.0f,
     .pitchLimitMax = 26.0f,
     .tapRecallsFlight = false,
-    .coffFar = {1.0f, 1.0f, 1.25f},
-    .coffNear = {1.05f, 1.0f, 0.7f},
+    .coffFar = {1.0f, 1.25f},
+    .coffNear = {1.05f, 0.7f},
 };
 
 inline constexpr WallZoomSettings wallOne180Zoom = {
@@ -46,34 +46,32 @@ inline constexpr WallZoomSettings wallOne180Zoom = {
     .yawLimitMax = 60.0f,
     .pitchLimitMax = 32.0f,
     .tapRecallsFlight = true,
-    .coffFar = {1.0f, 1.0f, 0.0f},
-    .coffNear = {1.05f, 1.0f, 0.8f},
+    .coffFar = {1.0f, 0.0f},
+    .coffNear = {1.05f, 0.8f},
 };
 
 /// A camera on the axis of a dome that rests far out, where it can't turn, or close, where it can, and flies between
-/// the two. Gestures and frames change its numbers, the view draws them. Touch coordinates are surface pixels, origin
-/// at the top left corner; before the first layout gestures do nothing but stop the sweep.
-struct WallZoom {
+/// the two: the motion of one of the one-pane wall views, and most of the other's. Before the first layout gestures do
+/// nothing but stop the sweep.
+struct WallZoom : Motion {
     enum class Phase { WideRest, FlyingIn, CloseRest, FlyingOut };
 
     explicit WallZoom(const WallZoomSettings& settings) : _settings(settings) {}
 
     // Setter's thread.
-    void touch() { _autoRotate = false; }
+    bool touchDown(float x, float y) override;
     /// One step nearer for a factor above 1, otherwise one step back.
-    void pinch(float factor);
+    bool pinch(float factor) override;
     /// Flies to the other rest.
-    void doubleTap();
+    bool doubleTap(float x, float y) override;
     /// Turns the camera if the second point lies on the surface.
-    void drag(float x1, float y1, float x2, float y2);
+    bool drag(float x1, float y1, float x2, float y2) override;
     /// Comes close and sweeps from side to side.
-    void setAutoRotate(bool on, float speed);
+    void setAutoRotate(bool on, float) override;  // at one speed
 
     // Render thread.
-    /// One frame of inertia, surface pixels a second.
-    void fling(float velocityX);
     /// One frame: the sweep, the flight or what pinches ask for; then the dome's coefficients.
-    void step();
+    void step() override;
     /// Holds yaw and pitch within what the camera's distance allows, and the pinched distance within its range.
     void clampView();
     /// The camera into the view matrix; the dome, turned by a half circle, into the model matrix.
@@ -90,7 +88,6 @@ struct WallZoom {
     Relaxed<bool> _wantClose = false;                // with `_atWide`: see `phase`
     Relaxed<bool> _flightBusy = false;               // a flight moves the camera
     Relaxed<bool> _autoRotate = false;
-    Relaxed<float> _autoRotateSpeed = 1.0f;  // remembered; the sweep has one speed
 
     // Render thread.
     float _eyeZ = _settings.farEyeZ;
@@ -108,6 +105,7 @@ struct WallZoom {
     DomeCoff _coff = _settings.coffFar;
 
 private:
+    void fling(float velocityX, float velocityY) override;
     bool isFar() const;
     void rest(bool close);
     void stepByHand();
