@@ -91,7 +91,7 @@ int Display::windowTask(const DisplayConfigUserData& delivery) {
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (makeCurrent() != 0) return -1;
     checkFragmentPrecision();
-    if (!_render) _render = createRender(_renderMode, _config, this);
+    if (!_render) _render = createRender(_renderMode, _frame.color, _config, this);
     return 0;
 }
 

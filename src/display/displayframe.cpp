@@ -108,7 +108,7 @@ int Display::colorTask(const DisplayConfigUserData& delivery) {
 int Display::modeTask(const DisplayConfigUserData& delivery) {
     _renderMode = delivery.getInt();
     if (makeCurrent() != 0) return -1;
-    _render = createRender(_renderMode, _config, this);
+    _render = createRender(_renderMode, _frame.color, _config, this);
     if (_frame.hasPlanes()) findRegion();
     return 0;
 }

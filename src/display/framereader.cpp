@@ -44,9 +44,9 @@ FrameReader::~FrameReader() {
     glDeleteFramebuffers(1, &_frameBuffer);
 }
 
-int FrameReader::makeReady() {
+int FrameReader::makeReady(const Frame& frame) {
     if (_program.isBuilt()) return 0;
-    if (_program.build(vertexStage, {mainStep}) != 0) return -1;
+    if (_program.build(frame.color, vertexStage, {mainStep}) != 0) return -1;
     _quad.load(corners);
     glGenTextures(1, &_picture);
     glGenFramebuffers(1, &_frameBuffer);
@@ -54,7 +54,7 @@ int FrameReader::makeReady() {
 }
 
 int FrameReader::readFrame(const Frame& frame, void* data, int dataSize) {
-    if (!data || !holdsPicture(dataSize, frame.width, frame.height) || makeReady() != 0) return -1;
+    if (!data || !holdsPicture(dataSize, frame.width, frame.height) || makeReady(frame) != 0) return -1;
     ZETLog::instance().error("Render::readTexture dataSize:%d, width:%d, height:%d, texture.textureSize:%d\r\n",
                              dataSize, frame.width, frame.height, 2);
     GLint shown[4] = {};

@@ -32,7 +32,7 @@ public:
     static int readScreen(const Viewport& viewport, void* data, int dataSize);
 
 private:
-    int makeReady();
+    int makeReady(const Frame& frame);
 
     // Made at the first need.
     FrameProgram _program;

@@ -96,12 +96,12 @@ FrameProgram::~FrameProgram() {
     glDeleteProgram(_name);
 }
 
-int FrameProgram::build(const char* vertexStage, std::initializer_list<const char*> pieces,
+int FrameProgram::build(const ColorTransform& color, const char* vertexStage, std::initializer_list<const char*> pieces,
                         std::initializer_list<const char*> uniforms) {
     _vertexStage = vertexStage;
     _pieces = pieces;
     _uniforms = uniforms;
-    return buildFor(defaultColor);
+    return buildFor(color);
 }
 
 int FrameProgram::buildFor(const ColorTransform& color) {

@@ -35,7 +35,7 @@ public:
 
     /// The fragment stage is `pieces`, behind the declarations, `samplePlanes` and `sampleLens`. `uniforms` are floats
     /// of the view's own, which `set` then knows by their order. All texts are literals. 0, or -1 if it doesn't build.
-    int build(const char* vertexStage, std::initializer_list<const char*> pieces,
+    int build(const ColorTransform& color, const char* vertexStage, std::initializer_list<const char*> pieces,
               std::initializer_list<const char*> uniforms = {});
     /// Takes the program into use for `frame`.
     void use(const Frame& frame);
@@ -54,7 +54,7 @@ private:
     const char* _vertexStage = nullptr;
     std::vector<const char*> _pieces;
     std::vector<const char*> _uniforms;
-    ColorTransform _color = defaultColor;  // that it was built for, or that could not be built
+    ColorTransform _color = defaultColor;  // the last one that a build was tried for
 
     GLuint _name = 0;
     GLint _mapMatrixLoc = -1;

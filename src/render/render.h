@@ -27,8 +27,9 @@ public:
     Render(const Render&) = delete;
     Render& operator=(const Render&) = delete;
 
-    /// Builds what needs GL. 0 on success; a view that has failed is never drawn. Render thread.
-    virtual int init() = 0;
+    /// Builds what needs GL, programs for these colours. 0 on success; a view that has failed is never drawn. Render
+    /// thread.
+    virtual int init(const ColorTransform& color) = 0;
     /// Draws `frame` into the window surface, whose size is in pixels; the display swaps. 0 on success. Render thread.
     virtual int render(int surfaceWidth, int surfaceHeight, const Frame& frame) = 0;
 

@@ -77,11 +77,11 @@ CommonRender::CommonRender(DisplayConfig* config, RenderThread* thread, const st
     observeNumbers(motion);
 }
 
-int CommonRender::init() {
+int CommonRender::init(const ColorTransform& color) {
     glDisable(GL_DEPTH_TEST);
     setQuad(0.0f, 1.0f, 1.0f, 0.0f);
-    if (_program.build(frameVertexStage, {plainMain}) != 0) return -1;
-    if (_correctedProgram.build(frameVertexStage, {lensStep, correctedMain},
+    if (_program.build(color, frameVertexStage, {plainMain}) != 0) return -1;
+    if (_correctedProgram.build(color, frameVertexStage, {lensStep, correctedMain},
                                 {"k1", "k2", "k3", "p1", "p2", "fx", "fy", "ox", "oy"}) != 0) {
         return -1;
     }

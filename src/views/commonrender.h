@@ -16,7 +16,7 @@ class CommonRender final : public Render {
 public:
     CommonRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CommonMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

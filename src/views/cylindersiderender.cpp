@@ -51,11 +51,11 @@ CylinderSideRender::CylinderSideRender(DisplayConfig* config, RenderThread* thre
                                        const std::shared_ptr<CylinderSideMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int CylinderSideRender::init() {
+int CylinderSideRender::init(const ColorTransform& color) {
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glDisable(GL_DEPTH_TEST);
     _strip.load(strip);
-    _program.build(vertexStage, {mainStep}, {"cut"});
+    _program.build(color, vertexStage, {mainStep}, {"cut"});
     return 0;
 }
 

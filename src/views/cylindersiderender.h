@@ -14,7 +14,7 @@ public:
     CylinderSideRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CylinderSideMotion>& motion);
 
     /// Always 0: without a program the view shows the clear colour.
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

@@ -74,12 +74,12 @@ CylinderSphereRender::CylinderSphereRender(DisplayConfig* config, RenderThread* 
                                            const std::shared_ptr<CylinderSphereMotion>& motion, Variant variant)
     : Render(config, thread, motion), _variant(variant), _motion(*motion) {}
 
-int CylinderSphereRender::init() {
+int CylinderSphereRender::init(const ColorTransform& color) {
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glEnable(GL_DEPTH_TEST);  // the near side hides the far side
     const Shape& shape = _variant == Variant::bowl ? bowlShape : drumShape;
     _mesh.load(makeDome([&shape](double a, double b) { return pointOn(shape, a, b); }));
-    return _program.build(frameVertexStage, {mainStep});
+    return _program.build(color, frameVertexStage, {mainStep});
 }
 
 int CylinderSphereRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

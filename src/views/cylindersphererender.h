@@ -16,7 +16,7 @@ public:
     CylinderSphereRender(DisplayConfig* config, RenderThread* thread,
                          const std::shared_ptr<CylinderSphereMotion>& motion, Variant variant);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     /// 0 also where the surface is too small to draw on.
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 

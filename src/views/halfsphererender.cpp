@@ -45,13 +45,13 @@ HalfSphereRender::HalfSphereRender(DisplayConfig* config, RenderThread* thread,
                                    const std::shared_ptr<HalfSphereMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int HalfSphereRender::init() {
+int HalfSphereRender::init(const ColorTransform& color) {
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glDisable(GL_DEPTH_TEST);
     _dome.load(makeDome(onFlattenedSphere));
     _scene.loadPicture();
-    const auto build = [](FrameProgram& program, const char* mainStep) {
-        return program.build(frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, mainStep}, {"share"});
+    const auto build = [&color](FrameProgram& program, const char* mainStep) {
+        return program.build(color, frameVertexStage, {evenRadius, poleShrink, lensPointOpposite, mainStep}, {"share"});
     };
     if (build(_program, farBowl) != 0 || build(_nearProgram, nearBowl) != 0) return -1;
     return _scene.createPrograms();

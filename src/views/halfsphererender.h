@@ -14,7 +14,7 @@ class HalfSphereRender final : public Render {
 public:
     HalfSphereRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<HalfSphereMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

@@ -19,10 +19,10 @@ MultiViewMapRender::MultiViewMapRender(DisplayConfig* config, RenderThread* thre
                                        const std::shared_ptr<MultiViewMapMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int MultiViewMapRender::init() {
+int MultiViewMapRender::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return _detailArea.init(_program);
+    return _detailArea.init(_program, color);
 }
 
 int MultiViewMapRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

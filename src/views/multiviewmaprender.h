@@ -13,7 +13,7 @@ class MultiViewMapRender final : public Render {
 public:
     MultiViewMapRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<MultiViewMapMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

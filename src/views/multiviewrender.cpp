@@ -29,11 +29,11 @@ MultiViewRender::MultiViewRender(DisplayConfig* config, RenderThread* thread,
                                  const std::shared_ptr<MultiViewMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int MultiViewRender::init() {
+int MultiViewRender::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
     _dome.load(makeDome(onSphere));
-    return _program.build(frameVertexStage, {evenRadius, poleShrink, lensPoint, mainStep});
+    return _program.build(color, frameVertexStage, {evenRadius, poleShrink, lensPoint, mainStep});
 }
 
 int MultiViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

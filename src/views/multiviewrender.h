@@ -11,7 +11,7 @@ class MultiViewRender final : public Render {
 public:
     MultiViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<MultiViewMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

@@ -54,11 +54,11 @@ WallOneView180Render::WallOneView180Render(DisplayConfig* config, RenderThread* 
                                            const std::shared_ptr<WallOneView180Motion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int WallOneView180Render::init() {
+int WallOneView180Render::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
     _dome.load(makeDome(underFlatFrame));
-    return _program.build(vertexStage, {mainStep}, {"xCoff", "zCoff"});
+    return _program.build(color, vertexStage, {mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneView180Render::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

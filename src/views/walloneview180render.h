@@ -13,7 +13,7 @@ public:
     WallOneView180Render(DisplayConfig* config, RenderThread* thread,
                          const std::shared_ptr<WallOneView180Motion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

@@ -47,11 +47,11 @@ WallOneViewRender::WallOneViewRender(DisplayConfig* config, RenderThread* thread
                                      const std::shared_ptr<WallZoom>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int WallOneViewRender::init() {
+int WallOneViewRender::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
     _dome.load(makeDome(onSphere));
-    return _program.build(vertexStage, {evenRadius, lensPoint, mainStep}, {"xCoff", "zCoff"});
+    return _program.build(color, vertexStage, {evenRadius, lensPoint, mainStep}, {"xCoff", "zCoff"});
 }
 
 int WallOneViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

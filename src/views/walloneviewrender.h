@@ -12,7 +12,7 @@ class WallOneViewRender final : public Render {
 public:
     WallOneViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<WallZoom>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

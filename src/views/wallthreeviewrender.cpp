@@ -45,13 +45,13 @@ WallThreeViewRender::WallThreeViewRender(DisplayConfig* config, RenderThread* th
                                          const std::shared_ptr<WallThreeViewMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int WallThreeViewRender::init() {
+int WallThreeViewRender::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
     _dome.load(makeDome(onFlattenedSphere));
     _panorama.load(quad);
-    if (_program.build(frameVertexStage, {evenRadius, lensPointOpposite, domeStep}) != 0) return -1;
-    return _panoramaProgram.build(frameVertexStage, {panoramaStep});
+    if (_program.build(color, frameVertexStage, {evenRadius, lensPointOpposite, domeStep}) != 0) return -1;
+    return _panoramaProgram.build(color, frameVertexStage, {panoramaStep});
 }
 
 int WallThreeViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

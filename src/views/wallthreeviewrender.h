@@ -12,7 +12,7 @@ public:
     WallThreeViewRender(DisplayConfig* config, RenderThread* thread,
                         const std::shared_ptr<WallThreeViewMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     /// Always 0, also where there is nothing to draw.
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 

@@ -19,10 +19,10 @@ WallTwoViewRender::WallTwoViewRender(DisplayConfig* config, RenderThread* thread
                                      const std::shared_ptr<WallTwoViewMotion>& motion)
     : Render(config, thread, motion), _motion(*motion) {}
 
-int WallTwoViewRender::init() {
+int WallTwoViewRender::init(const ColorTransform& color) {
     glClearColor(0, 0, 0, 1);
     glDisable(GL_DEPTH_TEST);
-    return _detailArea.init(_program);
+    return _detailArea.init(_program, color);
 }
 
 int WallTwoViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {

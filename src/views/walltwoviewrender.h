@@ -13,7 +13,7 @@ class WallTwoViewRender final : public Render {
 public:
     WallTwoViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<WallTwoViewMotion>& motion);
 
-    int init() override;
+    int init(const ColorTransform& color) override;
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:

@@ -62,7 +62,7 @@ TEST_F(FrameGl, isSampledWithinItsLensRegion) {
         FrameProgram program;
         Mesh quad;
         Frame frame;
-        EXPECT_EQ(program.build(frameVertexStage, {mainStep}), 0);
+        EXPECT_EQ(program.build(defaultColor, frameVertexStage, {mainStep}), 0);
         quad.load(corners);
         glViewport(0, 0, width, height);
         for (const auto& [name, frameWidth, frameHeight, lineSize, crop] : cases) {

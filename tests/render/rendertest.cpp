@@ -45,7 +45,7 @@ private:
 class ProbeView final : public ZETShow::Render {
 public:
     using Render::Render;
-    int init() override {
+    int init(const ZETShow::ColorTransform&) override {
         observeOnRenderThread(DCFG_FACE_OPTION, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, [this](DisplayConfigUserData&) {
             ++worked;
             return true;
@@ -76,7 +76,7 @@ protected:
     }
     void make() {
         view = std::make_shared<ProbeView>(&bus, &thread, motion);
-        view->init();
+        view->init(ZETShow::defaultColor);
     }
     /// The calls since the last time.
     std::vector<std::string> calls() { return std::exchange(motion->calls, {}); }
@@ -197,7 +197,7 @@ TEST_F(RenderNumbers, aLateCallFindsTheDoorOfAThreadThatIsGone) {
     };
     bus.registObserver(DCFG_FACE_OPTION, drop, nullptr, DCFG_FLAG_VALUE);
     view = std::make_shared<ProbeView>(&bus, gone.get(), motion);
-    view->init();
+    view->init(ZETShow::defaultColor);
     EXPECT_EQ(posted, 1) << "the replay";
     bus.setConfig(DCFG_FACE_OPTION, 2);
     EXPECT_EQ(posted, 1);

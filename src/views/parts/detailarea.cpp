@@ -48,10 +48,11 @@ void main() {
 
 }  // namespace
 
-int DetailArea::init(FrameProgram& plain) {
+int DetailArea::init(FrameProgram& plain, const ColorTransform& color) {
     _dome.load(makeDome(onSphere));
-    if (plain.build(frameVertexStage, {evenRadius, lensPointOpposite, domeColor, plainMain}) != 0) return -1;
-    return _mapProgram.build(mapVertexStage, {evenRadius, lensPointOpposite, domeColor, litMain}, {"u_mapMatrixRect"});
+    if (plain.build(color, frameVertexStage, {evenRadius, lensPointOpposite, domeColor, plainMain}) != 0) return -1;
+    return _mapProgram.build(color, mapVertexStage, {evenRadius, lensPointOpposite, domeColor, litMain},
+                             {"u_mapMatrixRect"});
 }
 
 void DetailArea::layoutPanes(int width, int height) {

@@ -11,7 +11,7 @@ namespace zet::ZETShow {
 class DetailArea {
 public:
     /// Makes the dome, builds the map's program and, into `plain`, the detail's. 0, or -1 if one doesn't build.
-    int init(FrameProgram& plain);
+    int init(FrameProgram& plain, const ColorTransform& color);
     /// Two squares in the middle of the surface, as large as a narrow margin allows.
     void layoutPanes(int width, int height);
 
