@@ -79,6 +79,8 @@ private:
 
     // displaysnap.cpp. Render thread.
     int snapTask(const DisplayConfigUserData& delivery);
+    /// Draws anew where the window has another size than at the last draw: the picture in it has not.
+    void matchSurface();
     void finishPicture(const SnapData& snap, bool topRowFirst);
 
     static constexpr int drawsPerRequest = 30;

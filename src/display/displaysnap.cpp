@@ -30,6 +30,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
     if (!snap->buffer || snap->bufferSize <= 0) return -1;
     bool topRowFirst = false;
     if (snap->sourceFrame == 0) {
+        matchSurface();
         const Viewport& viewport = _render->viewport();
         if (FrameReader::readScreen(viewport, snap->buffer, snap->bufferSize) != 0) return -1;
         snap->width = viewport.width;
@@ -46,6 +47,19 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
     }
     if (snap->postProcess) finishPicture(*snap, topRowFirst);
     return 0;
+}
+
+void Display::matchSurface() {
+    if (_drawCount == 0) return;
+    // Reading makes the driver take the window's size; one pixel is there at any size.
+    std::uint8_t pixel[4];
+    FrameReader::readScreen({0, 0, 1, 1}, pixel, sizeof pixel);
+    EGLint width = 0;
+    EGLint height = 0;
+    const bool known = eglQuerySurface(_eglDisplay, _eglSurface, EGL_WIDTH, &width) &&
+                       eglQuerySurface(_eglDisplay, _eglSurface, EGL_HEIGHT, &height);
+    if (!known || (width == _surfaceWidth && height == _surfaceHeight)) return;
+    drawFrame();
 }
 
 void Display::finishPicture(const SnapData& snap, bool topRowFirst) {

@@ -100,6 +100,19 @@ TEST_F(SnapGl, refusesWithoutATrace) {
     }
 }
 
+TEST_F(SnapGl, takesAWindowThatHasShrunkSinceItsLastDraw) {
+    start(400, 300);
+    shown(Frame(96, 64, red));
+    drawOut();
+    window->resize(120, 80);
+    Snap snap(400, 300);
+    take(snap, false, true);
+    ASSERT_EQ(snap.record.width, 120);
+    ASSERT_EQ(snap.record.height, 80);
+    for (const auto& [x, y] : {std::pair{2, 2}, {117, 2}, {60, 40}, {117, 77}})
+        EXPECT_TRUE(near(snap.at(x, y), toColor(red), 1)) << x << ' ' << y << snap.at(x, y);
+}
+
 TEST_F(SnapGl, burnsInTheTimeThatThePlayerGives) {
     setenv("TZ", "UTC0", 1);
     start(320, 240);
