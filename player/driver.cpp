@@ -3,7 +3,7 @@
 #include <chrono>
 #include <utility>
 
-#include "colour.h"
+#include "color.h"
 
 namespace zetplay {
 

@@ -70,7 +70,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"good.y4m", "env -u DISPLAY", 1, "zetplay: no X display: DISPLAY is not set\n"},
         {"good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view[^\n]*\n"},
         {"--record ''", "", 2, "zetplay: --record is empty\n"},
-        {"good.y4m --frame-color 709", "", 2, "zetplay: --frame-color: '709' is not auto, MATRIX,RANGE[^\n]*\n"},
+        {"good.y4m --frame-color 709", "", 2, "zetplay: --frame-color: '709' is not auto, none or MATRIX,RANGE [^\n]*\n"},
         {"good.y4m --frames 0", "", 2, "zetplay: --frames: '0' is not a count of frames\n"},
         {"good.y4m --script wrong.txt", "", 2, "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"good.y4m --script much.txt", "", 1, "zetplay: much\\.txt:1: frame: the input ends after 9 frames\n"},
