@@ -8,17 +8,24 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// What a request is worth, and the draw in which it may have come.
+// 30, and the one that was under way when the request came.
 constexpr int drawsOfRequest = 31;
-// The module draws at most once in 17 ms.
-constexpr auto paceAndABit = 18ms;
+// The module reckons in whole milliseconds.
+constexpr auto paceAndABit = DrawWatch::pace + 1ms;
 
 }  // namespace
 
-void DrawWatch::requested() {
+void DrawWatch::requestBegins() {
     const std::lock_guard lock(_mutex);
-    _owed = drawsOfRequest;
+    ++_requesting;
     _alone = false;
+}
+
+void DrawWatch::requestEnds() {
+    const std::lock_guard lock(_mutex);
+    --_requesting;
+    ++_requests;
+    _owed = drawsOfRequest;
 }
 
 void DrawWatch::drawn() {
@@ -35,7 +42,7 @@ void DrawWatch::drawn() {
 void DrawWatch::frameBegins() {
     const std::lock_guard lock(_mutex);
     _pending = _setting = true;
-    _alone = _owed == 0;
+    _alone = _owed == 0 && _requesting == 0;
     _drawsBefore = _draws;
 }
 
@@ -51,21 +58,23 @@ bool DrawWatch::waitFrame(Duration most) {
     const auto end = certain ? Clock::now() + most : _lastDraw + paceAndABit;
     const bool known = _changed.wait_until(lock, end, [this] { return !_pending; });
     _drawsUntilDue = _draws;
+    _requestsUntilDue = _requests;
     return known;
 }
 
 void DrawWatch::dueDrawn() {
     const std::lock_guard lock(_mutex);
-    if (_draws == _drawsUntilDue) _owed = 0;
+    if (_draws == _drawsUntilDue && _requests == _requestsUntilDue) _owed = 0;
     if (_pending && _draws != _drawsBefore) frameDrawn();
     _pending = false;
 }
 
-void DrawWatch::waitDraws(std::uint32_t draws, Duration quiet) {
+void DrawWatch::waitOwed() {
+    // Draws without a picture give no notice: where none comes, the time tells.
     std::unique_lock lock(_mutex);
     const std::uint32_t start = _draws;
-    for (std::uint32_t seen = start; seen - start < draws; seen = _draws)
-        if (!_changed.wait_for(lock, quiet, [&] { return _draws != seen; })) return;
+    for (std::uint32_t seen = start; seen - start < drawsOfRequest; seen = _draws)
+        if (!_changed.wait_for(lock, drawsOfRequest * pace, [&] { return _draws != seen; })) return;
 }
 
 std::int64_t DrawWatch::framesDrawn() const {

@@ -7,32 +7,39 @@
 
 namespace zetplay {
 
-/// Follows what the module draws by its notices, so that it is known when a frame has reached the screen.
+/// Knows when a frame has reached the screen, by the notices that the module gives of its draws.
 ///
-/// A notice that comes while a frame is being set may belong to an earlier redraw or to the frame. It is the frame's if
-/// no redraw was owed, for which the requests are counted. Otherwise the frame counts as drawn with a later notice, or
-/// when `dueDrawn` says that none is to come.
+/// A notice does not say what was drawn. One that comes after a frame's set means the frame. One that comes during the
+/// set may mean an older redraw. It means the frame if no redraw is owed at that time. Therefore the watch counts what
+/// is owed: each request is worth a number of draws. Where a notice in the set leaves a doubt, the next notice or
+/// `dueDrawn` ends it.
 class DrawWatch {
 public:
     using Duration = std::chrono::steady_clock::duration;
 
+    /// From one draw of the module to the next, at least.
+    static constexpr std::chrono::milliseconds pace{17};
+
     // What the bus tells. Any thread.
 
-    void requested();
+    // The module counts a request between these two: a redraw is owed from the first call on, and all its draws are
+    // still to come at the second.
+    void requestBegins();
+    void requestEnds();
     void drawn();
 
     // The thread that sets frames.
 
     void frameBegins();
     void frameEnds();
-    /// Returns when the frame set last has been drawn; false if that can't be told yet. Waits at most so long: `most`,
-    /// or a pace from the last draw on where a notice need not come.
+    /// Waits for the draw of the frame set last. True if it has been drawn. False if there has been no notice for
+    /// `most`; or if there has been a doubtful one, and the time for the next draw has come without another notice.
     bool waitFrame(Duration most);
-    /// After a wait in vain: the draw that was due then, if there was one, has been made.
+    /// To be called after `waitFrame` has returned false and the module has then made the draw that was due, if any.
     void dueDrawn();
 
-    /// Returns after so many further draws, or when none has come for `quiet`. Any thread.
-    void waitDraws(std::uint32_t draws, Duration quiet);
+    /// Returns when all draws have been made that were owed at the call. Any thread.
+    void waitOwed();
     /// Frames that have reached the screen. Any thread.
     std::int64_t framesDrawn() const;
 
@@ -45,7 +52,9 @@ private:
     std::condition_variable _changed;
     std::uint32_t _draws = 0;
     Clock::time_point _lastDraw;
-    int _owed = 0;  // redraws, at most
+    int _owed = 0;        // redraws, at most
+    int _requesting = 0;  // requests that have begun and not ended
+    std::uint32_t _requests = 0;
     std::int64_t _framesDrawn = 0;
 
     // Of the frame set last.
@@ -53,7 +62,10 @@ private:
     bool _setting = false;
     bool _alone = false;  // no redraw was owed in its set
     std::uint32_t _drawsBefore = 0;
+
+    // When the wait for it ended.
     std::uint32_t _drawsUntilDue = 0;
+    std::uint32_t _requestsUntilDue = 0;
 };
 
 }  // namespace zetplay

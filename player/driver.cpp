@@ -1,9 +1,10 @@
 #include "driver.h"
 
 #include <chrono>
+#include <functional>
 #include <utility>
 
-#include "colour.h"
+#include "color.h"
 
 namespace zetplay {
 
@@ -11,45 +12,28 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto pace = 17ms;
-// Draws that a request is worth, and the one that is under way.
-constexpr int owedAtMost = 31;
 // For a draw that comes for certain unless the window is gone.
-constexpr auto patience = 1s;
+constexpr std::chrono::milliseconds patience = 1s;
 
 }  // namespace
 
 Driver::Driver() : _observers(&_bus) {
-    _observers.regist(
-        zet::DCFG_FRAME_READ,
-        [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
-            if (event.getData()) answerFrameRead(*static_cast<zet::SnapData*>(event.getData()));
+    const auto observe = [this](std::int64_t id, const std::function<void(void* data)>& act) {
+        const auto observer = [act](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
+            act(event.getData());
             return 0;
-        },
-        zet::DCFG_FLAG_EVENT);
-    _observers.regist(
-        zet::DCFG_GL_CONTEXT,
-        [this](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
-            _hasContext = event.getData() != nullptr;
-            return 0;
-        },
-        zet::DCFG_FLAG_EVENT);
-    _observers.regist(
-        zet::DCFG_DRAWN,
-        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
-            _draws.drawn();
-            return 0;
-        },
-        zet::DCFG_FLAG_EVENT);
+        };
+        _observers.regist(id, observer, zet::DCFG_FLAG_EVENT);
+    };
+    observe(zet::DCFG_FRAME_READ, [this](void* request) {
+        if (request) answerFrameRead(*static_cast<zet::SnapData*>(request));
+    });
+    observe(zet::DCFG_GL_CONTEXT, [this](void* context) { _hasContext = context != nullptr; });
+    observe(zet::DCFG_DRAWN, [this](void*) { _draws.drawn(); });
+    // Before the module's own observer and behind it.
+    observe(zet::DCFG_RENDER_REQUEST, [this](void*) { _draws.requestBegins(); });
     _display = zet::CreateZETDisplay(&_bus, &_global);
-    // Behind the module's own observer, so that the watch never counts less than the module owes.
-    _observers.regist(
-        zet::DCFG_RENDER_REQUEST,
-        [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
-            _draws.requested();
-            return 0;
-        },
-        zet::DCFG_FLAG_EVENT);
+    observe(zet::DCFG_RENDER_REQUEST, [this](void*) { _draws.requestEnds(); });
 }
 
 Driver::~Driver() = default;
@@ -99,7 +83,7 @@ void Driver::setColor(zet::FrameColor color) {
 }
 
 void Driver::waitDrawn() {
-    if (_draws.waitFrame(_hasWindow ? DrawWatch::Duration(patience) : DrawWatch::Duration(pace))) return;
+    if (_draws.waitFrame(_hasWindow ? patience : DrawWatch::pace)) return;
     // A pace after the last draw the next is due at once. The refused snapshot is a task that changes nothing; its set
     // comes back only when the render thread waits again, and it does not wait before it has drawn what is due.
     zet::SnapData refused;
@@ -108,7 +92,7 @@ void Driver::waitDrawn() {
 }
 
 void Driver::settle() {
-    _draws.waitDraws(owedAtMost, owedAtMost * pace);
+    _draws.waitOwed();
 }
 
 void Driver::requestRedraw() {

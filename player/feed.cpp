@@ -1,5 +1,7 @@
 #include "feed.h"
 
+#include <utility>
+
 namespace zetplay {
 
 double Feed::period() const {
@@ -9,6 +11,7 @@ double Feed::period() const {
 
 bool Feed::fetch() {
     if (_waiting) return true;
+    if (_failure) std::rethrow_exception(_failure);
     if (_stillShown && (repeatStill || loop)) {
         _due += period();
         return _waiting = true;
@@ -35,6 +38,21 @@ void Feed::show() {
 
 void Feed::drop() {
     _waiting = false;
+}
+
+bool Feed::skip() {
+    Picture kept = std::exchange(_picture, {});
+    const double due = _due;
+    _waiting = false;
+    try {
+        if (fetch()) return true;
+    } catch (const Failure&) {
+        _failure = std::current_exception();
+    }
+    _picture = std::move(kept);
+    _due = due;
+    _waiting = true;
+    return false;
 }
 
 void Feed::showAgain() {

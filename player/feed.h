@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <optional>
 
 #include "annotations.h"
@@ -28,6 +29,9 @@ public:
     void show();
     /// Gives the waiting picture up.
     void drop();
+    /// Puts the next picture in the place of the waiting one. False if there is none: then that one waits on, and where
+    /// the input is damaged the next `fetch` throws.
+    bool skip();
     /// Sets the last picture again.
     void showAgain();
 
@@ -67,6 +71,7 @@ private:
     bool _ownLens = false;
     bool _ownItems = false;
     bool _waiting = false;
+    std::exception_ptr _failure;  // of a skip
     bool _stillShown = false;
     double _start = 0;  // of the source on the timeline
     double _due = 0;

@@ -2,8 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <utility>
 
-#include "colour.h"
 #include "views.h"
 #include "words.h"
 
@@ -14,6 +14,11 @@ namespace {
 // Larger windows are refused by X servers.
 constexpr int largestSide = 32767;
 constexpr int largestSynthetic = 16384;
+
+const std::pair<const char*, std::int32_t> matrices[] = {
+    {"601", zet::COLOR_MATRIX_BT601},      {"709", zet::COLOR_MATRIX_BT709}, {"2020", zet::COLOR_MATRIX_BT2020},
+    {"240m", zet::COLOR_MATRIX_SMPTE240M}, {"fcc", zet::COLOR_MATRIX_FCC},   {"470bg", zet::COLOR_MATRIX_BT470BG},
+};
 
 struct Size {
     int width;
@@ -152,6 +157,15 @@ void apply(const CLI::App& app, const Texts& texts, Options& options) {
 }
 
 }  // namespace
+
+std::optional<zet::FrameColor> parseFrameColor(std::string_view text) {
+    if (text == "none") return zet::FrameColor{};
+    const auto words = splitAtCommas(text);
+    if (words.size() != 2 || (words[1] != "limited" && words[1] != "full")) return std::nullopt;
+    for (const auto& [name, matrix] : matrices)
+        if (words[0] == name || words[0] == std::to_string(matrix)) return zet::FrameColor{matrix, words[1] == "full"};
+    return std::nullopt;
+}
 
 std::optional<Options> parseOptions(int argc, const char* const* argv) {
     CLI::App app(

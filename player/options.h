@@ -4,6 +4,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "annotations.h"
@@ -47,6 +48,12 @@ struct Options {
     bool stats = false;
     bool verbose = false;
 };
+
+/// "MATRIX,RANGE", such as "709,limited"; "none" for the module's default. Nothing for another text.
+std::optional<zet::FrameColor> parseFrameColor(std::string_view text);
+/// What it takes, for the line that tells of a wrong one.
+constexpr const char* frameColorForm =
+    "none or MATRIX,RANGE (matrix 601, 709, 2020, 240m, fcc, 470bg or its number; range limited or full)";
 
 /// Throws `WrongUsage`; nothing if help or the version was asked for and has been printed.
 std::optional<Options> parseOptions(int argc, const char* const* argv);

@@ -1,6 +1,5 @@
 #include "playback.h"
 
-#include <memory>
 #include <utility>
 
 #include "interrupt.h"
@@ -12,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A picture that is later than this is not shown, if its successor is there to be.
+// A picture that is later than this is not shown, unless it is the last.
 constexpr auto mostLate = 100ms;
 // Shown all the same after so many, so that a machine that is too slow shows slow pictures and not none.
 constexpr int mostDropped = 8;
@@ -31,20 +30,24 @@ Playback::Playback(Session& session) : _session(session), _controls(session) {
 void Playback::run() {
     {
         std::thread pictures([this] { playToEnd(); });
-        const auto end = [this, &pictures](void*) { endPictures(pictures); };
-        const std::unique_ptr<void, decltype(end)> whateverHappens(this, end);
+        // Also when the user's part throws.
+        struct End {
+            Playback& playback;
+            std::thread& pictures;
+            ~End() { playback.endPictures(pictures); }
+        };
+        const End end{*this, pictures};
         for (handleUser(); !done() && !_session.closing(); handleUser()) _session.window->waitForEvents(patienceMs());
     }
-    if (_failure) std::rethrow_exception(_failure);
     _session.driver.waitDrawn();
+    if (_failure) std::rethrow_exception(_failure);
 }
 
 void Playback::endPictures(std::thread& pictures) {
     {
         std::unique_lock lock(_mutex);
-        _quit = true;
+        if (!_done) _session.quit();  // what a read asks that waits for data
         _changed.notify_all();
-        // It may be waiting for data.
         for (bool first = true; !_done; first = false) {
             if (!first) interruptCall(pictures);
             _changed.wait_for(lock, patience, [this] { return _done; });
@@ -91,16 +94,16 @@ void Playback::playToEnd() {
 }
 
 void Playback::play() {
-    while (!_session.stopped() && fetch()) {
+    while (!_session.stopped() && prepare()) {
         switch (waitForNext()) {
             case Next::picture:
                 playDue();
                 break;
             case Next::step:
-                if (_session.feed.fetch()) set(&Feed::show);
+                if (_session.feed.fetch()) show();
                 break;
             case Next::again:
-                set(&Feed::showAgain);
+                showAgain();
                 break;
             case Next::end:
                 return;
@@ -108,8 +111,9 @@ void Playback::play() {
     }
 }
 
-/// Makes the next picture wait unless the picture rests; false if there is none and nobody looks at the last.
-bool Playback::fetch() {
+/// Reads the next picture, unless the video is paused or over. False if there is nothing more to do: the input has
+/// ended, and was no still picture that somebody may be looking at.
+bool Playback::prepare() {
     {
         const std::lock_guard lock(_mutex);
         if (_paused || _ended) return true;
@@ -123,7 +127,7 @@ bool Playback::fetch() {
 Playback::Next Playback::waitForNext() {
     std::unique_lock lock(_mutex);
     for (;;) {
-        if (_quit) return Next::end;
+        if (_session.closing()) return Next::end;
         if (std::exchange(_step, false)) return Next::step;
         if (std::exchange(_resend, false)) return Next::again;
         if (_paused || _ended) {
@@ -142,20 +146,25 @@ Playback::Next Playback::waitForNext() {
 void Playback::playDue() {
     // After a pause none waits yet: the next pass fetches.
     if (!_session.feed.waiting()) return;
-    if (Clock::now() - dueTime() > mostLate && _dropped < mostDropped) {
+    if (Clock::now() - dueTime() > mostLate && _dropped < mostDropped && _session.feed.skip()) {
         ++_dropped;
-        _session.feed.drop();
         return;
     }
     if (_dropped == mostDropped) startClock();
     _dropped = 0;
-    set(&Feed::show);
+    show();
 }
 
-/// The module drops a frame that comes before the last one has been drawn.
-void Playback::set(void (Feed::*picture)()) {
+// The module drops a frame that comes before the last one has been drawn.
+
+void Playback::show() {
     _session.driver.waitDrawn();
-    (_session.feed.*picture)();
+    _session.feed.show();
+}
+
+void Playback::showAgain() {
+    _session.driver.waitDrawn();
+    _session.feed.showAgain();
 }
 
 void Playback::startClock() {

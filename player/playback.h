@@ -36,15 +36,18 @@ private:
 
     void playToEnd();
     void play();
-    bool fetch();
+    bool prepare();
     Next waitForNext();
     void playDue();
-    void set(void (Feed::*picture)());
+    void show();
+    void showAgain();
     void startClock();
     Clock::time_point dueTime() const;
 
     Session& _session;
     Controls _controls;
+
+    // Both threads', guarded by `_mutex`; `_changed` tells of changes.
 
     std::mutex _mutex;
     std::condition_variable _changed;
@@ -52,16 +55,16 @@ private:
     bool _paused = false;
     bool _step = false;
     bool _resend = false;
-    bool _quit = false;
     // What the pictures' thread tells.
     bool _ended = false;  // the last picture stands
     bool _done = false;
-    std::exception_ptr _failure;
 
-    // Of the pictures' thread.
-    bool _running = false;    // the clock runs
-    Clock::time_point _zero;  // when the timeline's 0 was due
-    int _dropped = 0;         // pictures in a row
+    // The pictures' thread's alone.
+
+    std::exception_ptr _failure;  // the caller's, once that thread has ended
+    bool _running = false;        // the clock runs
+    Clock::time_point _zero;      // when the timeline's 0 was due
+    int _dropped = 0;             // pictures in a row
 };
 
 }  // namespace zetplay

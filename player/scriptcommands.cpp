@@ -5,7 +5,7 @@
 #include <iostream>
 #include <map>
 
-#include "colour.h"
+#include "options.h"
 #include "pngfile.h"
 #include "script.h"
 #include "scriptwords.h"

@@ -22,9 +22,10 @@ constexpr FullRangeTwin fullRangeTwins[] = {
     {AV_PIX_FMT_YUVJ411P, AV_PIX_FMT_YUV411P},
 };
 
-bool hasFlag(AVPixelFormat format, unsigned flags) {
+/// Red, green and blue, or a palette of them.
+bool isRgb(AVPixelFormat format) {
     const AVPixFmtDescriptor* const description = av_pix_fmt_desc_get(format);
-    return description && (description->flags & flags) != 0;
+    return description && (description->flags & (AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL)) != 0;
 }
 
 bool isGrey(AVPixelFormat format) {
@@ -49,10 +50,6 @@ std::int32_t matrixOf(const AVFrame& frame) {
 }
 
 }  // namespace
-
-bool isRgb(AVPixelFormat format) {
-    return hasFlag(format, AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL);
-}
 
 AVPixelFormat plainFormat(AVPixelFormat format) {
     for (const FullRangeTwin& twin : fullRangeTwins)

@@ -10,9 +10,6 @@ namespace zetplay {
 /// for the formats that have it in their names. RGB has no such coding: it gets the one that it is converted to.
 zet::FrameColor colorOf(const AVFrame& frame);
 
-/// Whether a format holds red, green and blue, or a palette of them.
-bool isRgb(AVPixelFormat format);
-
 /// The same layout without "full range" in its name.
 AVPixelFormat plainFormat(AVPixelFormat format);
 

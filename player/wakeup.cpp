@@ -23,12 +23,13 @@ void wake() {
     [[maybe_unused]] const ssize_t written = write(bell(), &one, sizeof one);
 }
 
-void waitForInput(int file, int timeoutMs) {
+bool waitForInput(int file, int timeoutMs) {
     pollfd inputs[] = {{file, POLLIN, 0}, {bell(), POLLIN, 0}};
     poll(inputs, 2, timeoutMs);
     std::uint64_t rings = 0;
     if (inputs[1].revents != 0) [[maybe_unused]]
         const ssize_t taken = read(bell(), &rings, sizeof rings);
+    return inputs[0].revents != 0;
 }
 
 }  // namespace zetplay

@@ -16,6 +16,12 @@ namespace zetplay {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+// SDL tells of a change of the focus 200 ms after it has come, and looks at the time only when it is asked for events.
+constexpr auto followUp = 300ms;
+constexpr int followUpStepMs = 100;
+
 /// A window that is gone or can't be read is told by the call's result; Xlib's own handler would end the program.
 int ignoreXError(Display*, XErrorEvent*) {
     return 0;
@@ -119,10 +125,13 @@ void Window::toggleFullScreen() {
     SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
 }
 
-void Window::waitForEvents(int timeoutMs) const {
+void Window::waitForEvents(int timeoutMs) {
+    const auto now = std::chrono::steady_clock::now();
+    const bool follows = now - _lastEvent < followUp && (timeoutMs < 0 || timeoutMs > followUpStepMs);
     // What has been read from the connection already does not show there.
-    if (SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT) || XEventsQueued(_display, QueuedAfterFlush) > 0) return;
-    waitForInput(ConnectionNumber(_display), timeoutMs);
+    const bool events = SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT) || XEventsQueued(_display, QueuedAfterFlush) > 0 ||
+                        waitForInput(ConnectionNumber(_display), follows ? followUpStepMs : timeoutMs);
+    if (events) _lastEvent = std::chrono::steady_clock::now();
 }
 
 }  // namespace zetplay

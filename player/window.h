@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -44,8 +45,8 @@ public:
     void resize(int width, int height);
     void toggleFullScreen();
     /// Sleeps until an event has come or `wake` is called, or for `timeoutMs` at most; below 0 for ever. Unlike SDL's
-    /// own wait it can be ended from a signal handler.
-    void waitForEvents(int timeoutMs) const;
+    /// own wait it can be ended from a signal handler. Shorter after an event, which SDL may have to follow up.
+    void waitForEvents(int timeoutMs);
     /// What the X server holds for the window; good until the next call. Throws `Failure`.
     Pixels read() { return _reader->read(_handle); }
     /// The same as a picture of its own.
@@ -59,6 +60,7 @@ private:
     std::uintptr_t _handle = 0;
     std::unique_ptr<WindowReader> _reader;
     bool _fullScreen = false;
+    std::chrono::steady_clock::time_point _lastEvent;
 };
 
 }  // namespace zetplay

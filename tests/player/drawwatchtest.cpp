@@ -6,7 +6,8 @@ namespace zetplay {
 namespace {
 
 TEST(DrawWatch, KnowsWhichNoticeIsTheFrames) {
-    // A request, the set of a frame from its begin to its end, notices; a wait in vain, and the draw that was due.
+    // A request (its parts are < and >), the set of a frame from its begin to its end, notices (d); a wait in vain, and
+    // the draw that was due (s).
     const struct {
         const char* name;
         std::string events;
@@ -19,6 +20,10 @@ TEST(DrawWatch, KnowsWhichNoticeIsTheFrames) {
         {"a redraw within the set, then the frame", "rbded", 1, false},
         {"the redraw or the frame, and none to come", "rbdews", 1, false},
         {"then no redraw was owed any more", "rbdewsbde", 2, false},
+        {"a request since the wait", "rbdewrsbde", 1, true},
+        {"and one that has only begun", "rbdew<sbde", 1, true},
+        {"the request ends behind other draws", "<" + std::string(31, 'd') + "bde>", 0, true},
+        {"and is owed from then on", "<" + std::string(31, 'd') + ">bde", 0, true},
         {"one was due and others are still owed", "rbdewdsbde", 1, true},
         {"the request comes within the set", "brde", 0, true},
         {"no redraw is owed any more", "r" + std::string(31, 'd') + "bde", 1, false},
@@ -29,7 +34,8 @@ TEST(DrawWatch, KnowsWhichNoticeIsTheFrames) {
     for (const auto& [name, events, drawn, waits] : cases) {
         DrawWatch watch;
         for (const char event : events) {
-            if (event == 'r') watch.requested();
+            if (event == 'r' || event == '<') watch.requestBegins();
+            if (event == 'r' || event == '>') watch.requestEnds();
             if (event == 'b') watch.frameBegins();
             if (event == 'e') watch.frameEnds();
             if (event == 'd') watch.drawn();

@@ -23,6 +23,13 @@ std::string noise(int width, int height, unsigned seed) {
     return picture;
 }
 
+/// Samples of more than 8 bits.
+std::string words(int count, int sample) {
+    std::string samples;
+    for (int i = 0; i < count; ++i) samples += {static_cast<char>(sample & 0xff), static_cast<char>(sample >> 8)};
+    return samples;
+}
+
 /// The top left of a plane whose rows have `across` samples; the padding repeats the last one of its row.
 std::vector<std::uint8_t> padded(const char* plane, int across, int width, int height, int lineSize) {
     std::vector<std::uint8_t> samples;
@@ -150,6 +157,16 @@ TEST(MediaSource, ReadsOtherFormatsAsTheyAreCoded) {
         {"444.y4m",
          y4m(4, 2, "C444", std::vector(2, std::string(8, '\x10') + std::string(8, '\x50') + std::string(8, '\xf0'))),
          {16, 80, 240},
+         false,
+         false},
+        {"10bit.y4m",
+         y4m(4, 2, "C420p10", std::vector(2, words(8, 64) + words(2, 320) + words(2, 960))),
+         {16, 80, 240},
+         false,
+         false},
+        {"grey.y4m",
+         y4m(4, 2, "Cmono XCOLORRANGE=LIMITED", std::vector(2, std::string(8, '\xeb'))),
+         {235, 128, 128},
          false,
          false},
         {"a%d:b.pgm", "P5 4 2 255\n" + std::string(8, '\x9'), {9, 128, 128}, true, true},

@@ -10,6 +10,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
+void press(SDL_Keycode key) {
+    SDL_Event event{};
+    event.type = SDL_KEYDOWN;
+    event.key.keysym.sym = key;
+    SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0);
+    wake();
+}
+
 /// Plays four pictures, a to d, over and over, while somebody in another thread presses keys.
 class Looping : public testing::Test {
 protected:
@@ -24,13 +32,6 @@ protected:
         _observers.regist(zet::DCFG_YUV_FRAME, note, zet::DCFG_FLAG_EVENT);
     }
 
-    static void press(SDL_Keycode key) {
-        SDL_Event event{};
-        event.type = SDL_KEYDOWN;
-        event.key.keysym.sym = key;
-        SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0);
-        wake();
-    }
     void waitShown(std::size_t count) {
         std::unique_lock lock(_mutex);
         EXPECT_TRUE(_changed.wait_for(lock, 20s, [&] { return _shown.size() >= count; })) << count;
@@ -46,9 +47,8 @@ protected:
     /// Returns when the user has quit.
     template <typename User>
     void play(User user) {
-        std::thread hands(user);
+        const std::jthread hands(user);
         Playback(_session).run();
-        hands.join();
     }
 
     static std::string picture(char sample) { return std::string(24, sample); }
@@ -91,6 +91,8 @@ TEST_F(Looping, PausesStepsAndGoesOn) {
         waitShown(stepped + 3);
         press(SDLK_q);
     });
+    ASSERT_GE(rest, 6u);
+    ASSERT_GE(_shown.size(), rest + 3);
     EXPECT_EQ(stepped, rest + 3);
     EXPECT_EQ(_shown[rest], following(_shown[rest - 1]));
     EXPECT_EQ(_shown[rest + 1], following(_shown[rest]));
@@ -105,6 +107,55 @@ TEST_F(Looping, EndsWhereLoopingDoes) {
     });
     EXPECT_EQ(_session.feed.framesRead() % 4, 0);
     EXPECT_EQ(_session.driver.framesDrawn(), _session.feed.framesSet());
+}
+
+TEST_F(Looping, ShowsTheLastPictureHoweverLate) {
+    _session.feed.loop = false;
+    const auto linger = [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
+        if (_session.feed.framesShown() == 0) std::this_thread::sleep_for(500ms);
+        return 0;
+    };
+    _observers.regist(zet::DCFG_YUV_FRAME, linger, zet::DCFG_FLAG_EVENT);
+    Playback(_session).run();
+    EXPECT_EQ(_shown, "ad") << "those between were due long ago";
+}
+
+Options optionsFor(const std::string& input) {
+    Options options;
+    options.input = input;
+    options.headless = true;
+    return options;
+}
+
+TEST(Playback, DrawsTheLastPictureBeforeItTellsOfDamage) {
+    const ScratchDirectory scratch;
+    const Options options = optionsFor(scratch.write("cut.y4m", quarteredVideo(64, 32, 3).substr(0, 7000)));
+    Session session(options);
+    zet::DisplayConfigKit observers(&session.driver.bus());
+    // Redraws are owed, so that the draw within the set need not be the frame's.
+    const auto ask = [&](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
+        session.driver.requestRedraw();
+        return 0;
+    };
+    observers.regist(zet::DCFG_YUV_FRAME, ask, zet::DCFG_FLAG_EVENT);
+    EXPECT_THROW(Playback(session).run(), Failure);
+    EXPECT_EQ(session.driver.framesDrawn(), 2);
+}
+
+TEST(Playback, EndsWithTheUsersPartThoughTheInputIsSilent) {
+    const ScratchDirectory scratch;
+    const Options options = optionsFor(scratch.path("pipe"));
+    const Pipe pipe(options.input, quarteredVideo(64, 32, 4));
+    Session session(options);
+    zet::DisplayConfigKit observers(&session.driver.bus());
+    const auto refuse = [](zet::DisplayConfig&, zet::DisplayConfigUserData&) -> int { throw Failure("refused"); };
+    observers.regist(zet::DCFG_ROTATION, refuse, zet::DCFG_FLAG_EVENT);
+    // By then the pipe is empty and a read waits.
+    const std::jthread hands([] {
+        std::this_thread::sleep_for(500ms);
+        press(SDLK_r);
+    });
+    EXPECT_THROW(Playback(session).run(), Failure);
 }
 
 }  // namespace

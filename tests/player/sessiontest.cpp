@@ -165,6 +165,20 @@ TEST_F(OnBus, KeysAndMouseDoAsTheViewWants) {
     }
 }
 
+TEST_F(OnBus, WaitsAreShortForAWhileAfterAnEvent) {
+    happen(eventOf(SDL_USEREVENT));
+    const Uint64 start = SDL_GetTicks64();
+    Uint64 last = start;
+    int waits = 0;
+    for (Uint64 now = start; now - last < 900 && waits < 20; now = SDL_GetTicks64(), ++waits) {
+        last = now;
+        _session.window->waitForEvents(1000);
+        notes();
+    }
+    EXPECT_GE(last - start, 200u) << "SDL holds a change of the focus back so long";
+    EXPECT_LE(waits, 8) << "then nothing wakes the program";
+}
+
 TEST_F(OnBus, FingersDragAndPinch) {
     const std::tuple<Uint32, int, float, float, const char*> steps[] = {
         {SDL_FINGERDOWN, 1, 40, 30, "touch-down 40 30; "},

@@ -1,6 +1,8 @@
 #include "testmedia.h"
 
+#include <fcntl.h>
 #include <png.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -68,6 +70,17 @@ void repack(const std::string& from, const std::string& to) {
     av_write_trailer(output);
     avio_closep(&output->pb);
     avformat_free_context(output);
+}
+
+Pipe::Pipe(const std::string& path, const std::string& content) {
+    if (mkfifo(path.c_str(), 0600) != 0) throw std::runtime_error(path);
+    _file = open(path.c_str(), O_RDWR | O_CLOEXEC);
+    if (write(_file, content.data(), content.size()) != static_cast<ssize_t>(content.size()))
+        throw std::runtime_error(path);
+}
+
+Pipe::~Pipe() {
+    close(_file);
 }
 
 std::string quarteredVideo(int width, int height, int frames) {

@@ -30,6 +30,18 @@ constexpr const char* fullRange = "C420jpeg XCOLORRANGE=FULL";
 /// Puts the pictures of one file into another, whose container goes by the name's ending.
 void repack(const std::string& from, const std::string& to);
 
+/// A named pipe that gives `content`, at most 64 KB, and then nothing more: it does not end either.
+class Pipe {
+public:
+    Pipe(const std::string& path, const std::string& content);
+    ~Pipe();
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+private:
+    int _file;
+};
+
 /// A .y4m video of pictures whose quarters have a colour each.
 std::string quarteredVideo(int width, int height, int frames);
 /// Red, green and blue, 0 to 255, of a quarter by full-range BT.601; from the top left one row by row.

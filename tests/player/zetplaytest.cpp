@@ -70,7 +70,8 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
         {"good.y4m", "env -u DISPLAY", 1, "zetplay: no X display: DISPLAY is not set\n"},
         {"good.y4m --view 11", "", 2, "zetplay: --view: '11' is not a view[^\n]*\n"},
         {"--record ''", "", 2, "zetplay: --record is empty\n"},
-        {"good.y4m --frame-color 709", "", 2, "zetplay: --frame-color: '709' is not auto, MATRIX,RANGE[^\n]*\n"},
+        {"good.y4m --frame-color 709", "", 2,
+         "zetplay: --frame-color: '709' is not auto, none or MATRIX,RANGE [^\n]*\n"},
         {"good.y4m --frames 0", "", 2, "zetplay: --frames: '0' is not a count of frames\n"},
         {"good.y4m --script wrong.txt", "", 2, "zetplay: wrong\\.txt:2: frame: 'two' is not a count of frames\n"},
         {"good.y4m --script much.txt", "", 1, "zetplay: much\\.txt:1: frame: the input ends after 9 frames\n"},
@@ -108,6 +109,13 @@ TEST_F(Zetplay, TellsWhatCannotBeWritten) {
     using Files = std::filesystem::directory_iterator;
     const auto files = std::distance(Files(_scratch.path("")), Files());
     EXPECT_EQ(files, 5) << "the input, three of the test's own, and the picture";
+}
+
+TEST_F(Zetplay, EndsCleanlyWhereTheInputDoesNot) {
+    const Pipe pipe(_scratch.path("pipe"), _video);
+    // Killed where it doesn't end of itself.
+    EXPECT_EQ(run("pipe --shot shot.png", "timeout --preserve-status -s INT -k 5 2").status, 130);
+    expectQuarters(readImage("shot.png"), false);
 }
 
 TEST_F(Zetplay, DoesEachCommandOfStandardInputAsItComes) {
@@ -197,6 +205,7 @@ TEST_F(Zetplay, ShowsColoursAsTheyWereCoded) {
         {"f.png", full601, "-pix_fmt rgb24"},
         {"g.y4m", limited601, ""},
         {"h.y4m", full2020, "", "--frame-color 2020,full"},
+        {"i.mkv", limited709, "-c:v ffv1 -pix_fmt yuv420p10le -colorspace bt709 -color_range tv"},
     };
     for (const auto& [name, coding, encoder, options] : cases) {
         SCOPED_TRACE(name);

@@ -1,9 +1,6 @@
-#include "colour.h"
+#include "color.h"
 
 #include <algorithm>
-#include <string>
-
-#include "words.h"
 
 namespace zetplay {
 
@@ -12,15 +9,14 @@ namespace {
 /// A matrix of ITU-T H.273, table 4: the weights of red and blue in luma.
 struct Matrix {
     std::int32_t code;
-    const char* name;
     float red;
     float blue;
 };
 
 constexpr Matrix matrices[] = {
-    {zet::COLOR_MATRIX_BT709, "709", 0.2126F, 0.0722F},    {zet::COLOR_MATRIX_FCC, "fcc", 0.30F, 0.11F},
-    {zet::COLOR_MATRIX_BT470BG, "470bg", 0.299F, 0.114F},  {zet::COLOR_MATRIX_BT601, "601", 0.299F, 0.114F},
-    {zet::COLOR_MATRIX_SMPTE240M, "240m", 0.212F, 0.087F}, {zet::COLOR_MATRIX_BT2020, "2020", 0.2627F, 0.0593F},
+    {zet::COLOR_MATRIX_BT709, 0.2126F, 0.0722F},   {zet::COLOR_MATRIX_FCC, 0.30F, 0.11F},
+    {zet::COLOR_MATRIX_BT470BG, 0.299F, 0.114F},   {zet::COLOR_MATRIX_BT601, 0.299F, 0.114F},
+    {zet::COLOR_MATRIX_SMPTE240M, 0.212F, 0.087F}, {zet::COLOR_MATRIX_BT2020, 0.2627F, 0.0593F},
 };
 
 /// Samples of 0 to 255 to colours of 0 to 255.
@@ -32,7 +28,7 @@ struct Conversion {
 };
 
 Conversion conversionFor(const zet::FrameColor& color) {
-    for (const auto& [code, name, red, blue] : matrices) {
+    for (const auto& [code, red, blue] : matrices) {
         if (code != color.matrix) continue;
         const float luma = color.fullRange ? 1 : 255.0F / 219;
         const float chroma = color.fullRange ? 1 : 255.0F / 224;
@@ -67,16 +63,6 @@ void convertToRgba(const Picture& picture, std::uint8_t* rgba) {
             rgba[3] = 255;
         }
     }
-}
-
-std::optional<zet::FrameColor> parseFrameColor(std::string_view text) {
-    if (text == "none") return zet::FrameColor{};
-    const auto words = splitAtCommas(text);
-    if (words.size() != 2 || (words[1] != "limited" && words[1] != "full")) return std::nullopt;
-    for (const Matrix& matrix : matrices)
-        if (words[0] == matrix.name || words[0] == std::to_string(matrix.code))
-            return zet::FrameColor{matrix.code, words[1] == "full"};
-    return std::nullopt;
 }
 
 }  // namespace zetplay
