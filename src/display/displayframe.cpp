@@ -119,7 +119,7 @@ int Display::drawFrame() {
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_HEIGHT, &_surfaceHeight)) return -1;
     const bool drawn = makeCurrent() == 0 && drawPicture();
     if (swapBuffers() != 0) return -1;
-    _lastDraw = Condition::Clock::now();  // before the notice: who hears of it may count on the pace from then on
+    _lastDraw = Condition::Clock::now();  // before the notice: who hears of it may count on the pace from now on
     if (drawn) _config->setConfig(DCFG_DRAWN, ++_drawCount);
     return 0;
 }

@@ -40,8 +40,7 @@ void Display::drawOwed() {
         if (_redrawCount > 0) --_redrawCount;
         waitForPace();
         if (hasTask()) return;
-        drawFrame();
-        _lastDraw = Condition::Clock::now();
+        if (drawFrame() != 0) _lastDraw = Condition::Clock::now();
         _frameReady = 0;
     }
 }
