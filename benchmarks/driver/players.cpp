@@ -84,7 +84,8 @@ std::optional<double> toldDrawn(const Use& use) {
 std::vector<Uses> runInTurn(const std::vector<Command>& players, int frames, int rounds) {
     std::vector<Uses> uses(players.size());
     for (int round = 0; round < rounds; ++round) {
-        for (std::size_t i = 0; i < players.size(); ++i) {
+        for (std::size_t turn = 0; turn < players.size(); ++turn) {
+            const std::size_t i = round % 2 ? players.size() - 1 - turn : turn;
             const Use use = runProgram(players[i]);
             const double drawn = toldDrawn(use).value_or(frames);
             if (toldDrawn(use)) uses[i].drawn.push_back(100 * drawn / frames);
