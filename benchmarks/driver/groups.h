@@ -12,9 +12,10 @@ namespace bench {
 /// How a run is made.
 struct Run {
     bool quick = false;
-    std::string against;  // another version of the module, for which a worker is there; empty for none
-    std::string build;    // the build's folder
-    std::string scratch;  // a folder of its own for large files
+    std::string against;         // another version of the module, for which a worker is there; empty for none
+    std::string againstVersion;  // its commit
+    std::string build;           // the build's folder
+    std::string scratch;         // a folder of its own for large files
     int rounds = quick ? 2 : 5;
     int framesARound = quick ? 20 : 40;  // 30 a second
 };
@@ -39,6 +40,10 @@ std::vector<std::string> workerCommand(const Run& run, const std::string& name, 
 /// CPU milliseconds a drawn picture of each worker, in all rounds: they take turns, the other way round in every second
 /// round.
 std::vector<std::vector<double>> measureInTurn(const Run& run, const std::vector<Worker*>& workers);
+
+/// The same for anything that can be measured: `measure` gives the number of the one with an index.
+std::vector<std::vector<double>> measureInTurn(int rounds, std::size_t count,
+                                               const std::function<double(std::size_t)>& measure);
 
 /// The median of the ratios of the rounds.
 double medianRatio(const std::vector<double>& ours, const std::vector<double>& others);

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -33,23 +33,18 @@ std::string lineOf(const char* path, const std::string& word) {
     std::ifstream file(path);
     std::string line;
     while (std::getline(file, line)) {
-        if (line.starts_with(word)) return line.substr(line.find_first_not_of(" \t", line.find_first_of(":=") + 1));
+        const std::size_t value = line.find_first_not_of(" \t\"", line.find_first_of(":=") + 1);
+        if (line.starts_with(word) && value != std::string::npos) {
+            return line.substr(value, line.find_last_not_of('"') + 1 - value);
+        }
     }
     return "unknown";
 }
 
-std::string firstLineOf(const std::string& command) {
-    char line[200] = "";
-    std::FILE* const pipe = popen(command.c_str(), "r");
-    if (!pipe) return "";
-    if (std::fgets(line, sizeof line, pipe)) line[std::strcspn(line, "\n")] = 0;
-    pclose(pipe);
-    return line;
-}
-
 // The commit of a checkout, from any folder in it.
 std::string describe(const std::string& folder) {
-    return firstLineOf("cd '" + folder + "' && git describe --always --dirty --abbrev=7 2>/dev/null");
+    const auto use = bench::tryProgram({"git", "-C", folder, "describe", "--always", "--dirty", "--abbrev=7"});
+    return use ? use->output.substr(0, use->output.find('\n')) : "unknown";
 }
 
 void tellMachine(const bench::Run& run, bench::Report& report) {
@@ -58,18 +53,19 @@ void tellMachine(const bench::Run& run, bench::Report& report) {
     bench::Worker floor(bench::workerCommand(run, "floor", {.view = 0}));
     std::string renderer = floor.ask("about");
     renderer.erase(std::remove(renderer.begin(), renderer.end(), '\n'), renderer.end());
-    const std::string load = firstLineOf("cut -d' ' -f1 /proc/loadavg");
+    double load = 0;
+    std::ifstream("/proc/loadavg") >> load;
     std::vector<std::pair<std::string, std::string>> machine{
         {"processor", lineOf("/proc/cpuinfo", "model name")},
         {"cores", std::to_string(sysconf(_SC_NPROCESSORS_ONLN))},
         {"memory", lineOf("/proc/meminfo", "MemTotal")},
-        {"system", firstLineOf(". /etc/os-release && echo \"$PRETTY_NAME\"") + ", Linux " + kernel.release},
+        {"system", lineOf("/etc/os-release", "PRETTY_NAME") + ", Linux " + kernel.release},
         {"OpenGL ES", renderer},
-        {"load before the run", load},
+        {"load before the run", bench::number(load)},
         {"version", describe(run.build)}};
-    if (!run.against.empty()) machine.push_back({"version before", describe(run.against)});
+    if (!run.against.empty()) machine.push_back({"version before", run.againstVersion});
     report.setMachine(machine);
-    if (std::stod(load) > busy) std::fputs("bench: the machine is busy: these numbers will be too large\n", stderr);
+    if (load > busy) std::fputs("bench: the machine is busy: these numbers will be too large\n", stderr);
 }
 
 bool measure(const Options& options, const bench::Run& run, bench::Report& report) {
@@ -93,12 +89,38 @@ public:
     Scratch() : _path((fs::temp_directory_path() / "zetbench-XXXXXX").string()) {
         if (!mkdtemp(_path.data())) bench::fail("no temporary folder");
     }
-    ~Scratch() { fs::remove_all(_path); }
+    ~Scratch() {
+        std::error_code left;
+        fs::remove_all(_path, left);
+    }
     const std::string& path() const { return _path; }
 
 private:
     std::string _path;
 };
+
+// False where a floor draws another picture than the module.
+bool runAll(const Options& options) {
+    const Scratch scratch;
+    const fs::path self = fs::read_symlink("/proc/self/exe");
+    const bench::Run run{.quick = options.quick,
+                         .against = options.against,
+                         .againstVersion = options.against.empty() ? "" : describe(options.against),
+                         .build = self.parent_path().parent_path().string(),
+                         .scratch = scratch.path()};
+    const std::string page = options.docs + "/performance.md";
+    if (!options.docs.empty() && !fs::exists(page)) bench::fail("no page " + page);
+
+    bench::Report report;
+    const bool same = measure(options, run, report);
+    if (!options.json.empty()) report.writeJson(options.json);
+    if (!options.docs.empty()) {
+        report.writePage(page);
+        bench::writePlots(report, options.docs + "/pictures");
+    }
+    if (!same) std::fputs("bench: a floor draws another picture than the module\n", stderr);
+    return same;
+}
 
 }  // namespace
 
@@ -111,23 +133,24 @@ int main(int argc, char** argv) {
     app.add_option("--against", options.against, "Compare with the module of another checkout, which is built there")
         ->type_name("DIR");
     app.add_option("--json", options.json, "Write all numbers into this file");
-    app.add_option("--docs", options.docs, "Write tables and plots into this folder's performance.md and pictures/");
+    app.add_option("--docs", options.docs,
+                   "Write tables and plots of a whole run into this folder's performance.md, pictures/");
     CLI11_PARSE(app, argc, argv);
 
-    const Scratch scratch;
-    const fs::path self = fs::read_symlink("/proc/self/exe");
-    const bench::Run run{.quick = options.quick,
-                         .against = options.against,
-                         .build = self.parent_path().parent_path().string(),
-                         .scratch = scratch.path()};
-
-    bench::Report report;
-    const bool same = measure(options, run, report);
-    if (!options.json.empty()) report.writeJson(options.json);
-    if (!options.docs.empty()) {
-        report.writePage(options.docs + "/performance.md");
-        bench::writePlots(report, options.docs + "/pictures");
+    if (!options.docs.empty() && (options.quick || !options.groups.empty())) {
+        std::fputs("bench: --docs wants all tables of one whole run: no group and no --quick\n", stderr);
+        return 2;
     }
-    if (!same) std::fputs("bench: a floor draws another picture than the module\n", stderr);
-    return same ? 0 : 1;
+
+    bench::catchSignals();
+    try {
+        return runAll(options) ? 0 : 1;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "bench: %s\n", failure.what());
+    }
+    if (bench::signalCaught()) {
+        std::signal(bench::signalCaught(), SIG_DFL);
+        std::raise(bench::signalCaught());
+    }
+    return 1;
 }

@@ -1,4 +1,4 @@
-// Reads what bench_micro has measured.
+// Single steps, each with the one that it is compared with in turn.
 
 #include <fstream>
 #include <map>
@@ -13,37 +13,34 @@ namespace {
 constexpr double busSetTarget = 200;  // ns, with one observer
 constexpr double roundTripTarget = 3;
 
-// Medians over the repetitions by name, nanoseconds.
-std::map<std::string, double> runBenchmarks(const Run& run) {
+// Nanoseconds, of one start of bench_micro.
+double runOnce(const Run& run, const std::string& name) {
     const std::string path = run.scratch + "/micro.json";
-    runProgram({run.build + "/benchmarks/bench_micro", "--benchmark_out=" + path, "--benchmark_out_format=json",
-                "--benchmark_enable_random_interleaving=true", "--benchmark_report_aggregates_only=true",
-                run.quick ? "--benchmark_repetitions=3" : "--benchmark_repetitions=9",
+    runProgram({run.build + "/benchmarks/bench_micro", "--benchmark_filter=^" + name + "(/.*)?$",
+                "--benchmark_out=" + path, "--benchmark_out_format=json",
                 run.quick ? "--benchmark_min_time=0.02" : "--benchmark_min_time=0.1"});
+    const std::map<std::string, double> units{{"ns", 1}, {"us", 1e3}, {"ms", 1e6}};
     std::ifstream file(path);
     const auto all = nlohmann::json::parse(file);
-    const std::map<std::string, double> units{{"ns", 1}, {"us", 1e3}, {"ms", 1e6}};
-    std::map<std::string, double> medians;
-    for (const auto& entry : all["benchmarks"]) {
-        if (entry.value("aggregate_name", "") != "median") continue;
-        const std::string name = entry["run_name"];
-        medians[name.substr(0, name.find('/'))] =
-            entry["real_time"].get<double>() * units.at(entry["time_unit"].get<std::string>());
-    }
-    return medians;
+    if (all["benchmarks"].size() != 1) fail("bench_micro has no " + name);
+    const auto& entry = all["benchmarks"][0];
+    return entry["real_time"].get<double>() * units.at(entry["time_unit"].get<std::string>());
 }
 
 }  // namespace
 
 void measureMicro(const Run& run, Report& report) {
-    std::map<std::string, double> times = runBenchmarks(run);
     const auto add = [&](const std::string& what, const std::string& ours, const std::string& unit, double scale,
                          const std::string& whose, const std::string& theirs, std::optional<double> atMost) {
-        Row row{.table = "micro", .what = what, .value = times.at(ours) / scale, .unit = unit};
+        std::vector<std::string> names{ours};
+        if (!theirs.empty()) names.push_back(theirs);
+        const auto times = measureInTurn(run.quick ? 3 : 9, names.size(),
+                                         [&](std::size_t turn) { return runOnce(run, names[turn]) / scale; });
+        Row row{.table = "micro", .what = what, .value = median(times[0]), .unit = unit};
         if (!theirs.empty()) {
             row.beside = whose;
-            row.besideValue = times.at(theirs) / scale;
-            row.ratio = row.value / row.besideValue;
+            row.besideValue = median(times[1]);
+            row.ratio = medianRatio(times[0], times[1]);
         }
         row.atMost = atMost;
         report.add(row);

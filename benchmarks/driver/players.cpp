@@ -3,11 +3,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <thread>
 
 #include "driver/groups.h"
 
@@ -86,7 +84,8 @@ std::optional<double> toldDrawn(const Use& use) {
 std::vector<Uses> runInTurn(const std::vector<Command>& players, int frames, int rounds) {
     std::vector<Uses> uses(players.size());
     for (int round = 0; round < rounds; ++round) {
-        for (std::size_t i = 0; i < players.size(); ++i) {
+        for (std::size_t turn = 0; turn < players.size(); ++turn) {
+            const std::size_t i = round % 2 ? players.size() - 1 - turn : turn;
             const Use use = runProgram(players[i]);
             const double drawn = toldDrawn(use).value_or(frames);
             if (toldDrawn(use)) uses[i].drawn.push_back(100 * drawn / frames);
@@ -134,13 +133,14 @@ Doings doingsOf(pid_t pid) {
 // Of ten seconds. The player is told by its space bar.
 Doings doingsPaused(const Command& command) {
     const Program player(command);
-    std::this_thread::sleep_for(2s);
-    const std::string keys = "timeout 20 xdotool search --onlyvisible --sync --pid " + std::to_string(player.pid()) +
-                             " windowfocus key space >/dev/null 2>&1";
-    if (std::system(keys.c_str()) != 0) fail("no window of " + command.front());
-    std::this_thread::sleep_for(2s);
+    rest(2s);
+    if (!tryProgram({"timeout", "20", "xdotool", "search", "--onlyvisible", "--sync", "--pid",
+                     std::to_string(player.pid()), "windowfocus", "key", "space"})) {
+        fail("no window of " + command.front());
+    }
+    rest(2s);
     const Doings before = doingsOf(player.pid());
-    std::this_thread::sleep_for(10s);
+    rest(10s);
     const Doings after = doingsOf(player.pid());
     return {after.switches - before.switches, after.milliseconds - before.milliseconds};
 }
@@ -150,20 +150,17 @@ void addPaused(const Run& run, const std::string& film, Report& report) {
     ours.push_back("--loop");
     const Doings zet = doingsPaused(ours);
     const Doings other = doingsPaused(mpv(film, {"--loop"}));
-    report.add({.table = "paused",
-                .what = "voluntary switches in 10 s",
-                .value = zet.switches,
-                .unit = "",
-                .beside = "mpv",
-                .besideValue = other.switches,
-                .atMost = pausedSwitchesTarget});
-    report.add({.table = "paused",
-                .what = "CPU time in 10 s",
-                .value = zet.milliseconds,
-                .unit = "ms",
-                .beside = "mpv",
-                .besideValue = other.milliseconds,
-                .atMost = pausedTimeTarget});
+    const auto add = [&](const std::string& what, const std::string& unit, double Doings::*number, double atMost) {
+        report.add({.table = "paused",
+                    .what = what,
+                    .value = zet.*number,
+                    .unit = unit,
+                    .beside = "mpv",
+                    .besideValue = other.*number,
+                    .atMost = atMost});
+    };
+    add("voluntary switches in 10 s", "", &Doings::switches, pausedSwitchesTarget);
+    add("CPU time in 10 s", "ms", &Doings::milliseconds, pausedTimeTarget);
 }
 
 }  // namespace

@@ -11,6 +11,13 @@ namespace bench {
 
 namespace {
 
+// For single quotes of gnuplot, in which a quote is told by two.
+std::string quoted(const std::string& text) {
+    std::string words;
+    for (const char c : text) words += c == '\'' ? "''" : std::string(1, c);
+    return words;
+}
+
 // A gnuplot that draws into a file.
 class Plot {
 public:
@@ -18,7 +25,7 @@ public:
         if (!_to) fail("no gnuplot");
         say("set terminal pngcairo size " + std::to_string(width) + "," + std::to_string(height) +
             " font 'DejaVu Sans,10'");
-        say("set output '" + path + "'");
+        say("set output '" + quoted(path) + "'");
         say("set style fill solid 0.8 noborder; set boxwidth 0.9; set border 3; set tics nomirror; set grid ytics lc "
             "rgb '#dddddd'; set key top left; set yrange [0:*]");
     }

@@ -5,12 +5,28 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
-#include <cstdlib>
+#include <memory>
+#include <thread>
 
 namespace bench {
 
 namespace {
+
+volatile std::sig_atomic_t caught = 0;
+
+void failIfSignalled() {
+    if (caught) fail("stopped");
+}
+
+// Of a child that has been told to end, or will.
+void waitForEnd(pid_t pid) {
+    if (caught) kill(pid, SIGTERM);
+    while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
 
 // A child with these as standard input, output and error output.
 pid_t start(const std::vector<std::string>& command, int in, int out, int error = STDERR_FILENO) {
@@ -20,6 +36,7 @@ pid_t start(const std::vector<std::string>& command, int in, int out, int error 
     const pid_t pid = fork();
     if (pid < 0) fail("no process for " + command.front());
     if (pid == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
         dup2(in, STDIN_FILENO);
         dup2(error, STDERR_FILENO);
         dup2(out, STDOUT_FILENO);
@@ -48,8 +65,27 @@ std::string contents(std::FILE* file) {
 }  // namespace
 
 void fail(const std::string& what) {
-    std::fprintf(stderr, "bench: %s\n", what.c_str());
-    std::exit(1);
+    throw Failure(what);
+}
+
+void catchSignals() {
+    struct sigaction action {};  // without SA_RESTART: what waits comes back
+    action.sa_handler = [](int number) { caught = number; };
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+int signalCaught() {
+    return caught;
+}
+
+void rest(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end) {
+        failIfSignalled();
+        std::this_thread::sleep_for(std::min(time, std::chrono::milliseconds(100)));
+    }
 }
 
 Worker::Worker(const std::vector<std::string>& command) : _name(command.front()) {
@@ -66,14 +102,16 @@ Worker::Worker(const std::vector<std::string>& command) : _name(command.front())
 Worker::~Worker() {
     std::fclose(_to);
     std::fclose(_from);
-    waitpid(_pid, nullptr, 0);
+    waitForEnd(_pid);
 }
 
 std::string Worker::ask(const std::string& line) {
     std::fprintf(_to, "%s\n", line.c_str());
     std::fflush(_to);
     char answer[1000];
-    if (!std::fgets(answer, sizeof answer, _from)) fail(_name + " has ended before its answer to " + line);
+    const bool answered = std::fgets(answer, sizeof answer, _from);
+    failIfSignalled();
+    if (!answered) fail(_name + " has ended before its answer to " + line);
     return answer;
 }
 
@@ -81,23 +119,42 @@ Program::Program(const std::vector<std::string>& command) : _pid(startAlone(comm
 
 Program::~Program() {
     kill(_pid, SIGTERM);
-    waitpid(_pid, nullptr, 0);
+    waitForEnd(_pid);
 }
 
-Use runProgram(const std::vector<std::string>& command) {
-    std::FILE* const file = std::tmpfile();
+namespace {
+
+// Its end is as it comes.
+std::pair<int, Use> runToEnd(const std::vector<std::string>& command) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
     if (!file) fail("no temporary file");
-    const pid_t pid = startAlone(command, fileno(file));
+    const pid_t pid = startAlone(command, fileno(file.get()));
     int status = 0;
     rusage usage{};
-    wait4(pid, &status, 0, &usage);
-    const std::string output = contents(file);
-    std::fclose(file);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) fail(command.front() + " has failed: " + output);
+    while (wait4(pid, &status, 0, &usage) < 0 && errno == EINTR) {
+        if (caught) kill(pid, SIGTERM);
+    }
+    failIfSignalled();
     const auto seconds = [](const timeval& t) {
         return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec);
     };
-    return {seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024, output};
+    return {status,
+            {seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024,
+             contents(file.get())}};
+}
+
+}  // namespace
+
+Use runProgram(const std::vector<std::string>& command) {
+    auto [status, use] = runToEnd(command);
+    if (status != 0) fail(command.front() + " has failed: " + use.output);
+    return use;
+}
+
+std::optional<Use> tryProgram(const std::vector<std::string>& command) {
+    auto [status, use] = runToEnd(command);
+    if (status != 0) return {};
+    return use;
 }
 
 }  // namespace bench

@@ -2,14 +2,33 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstdio>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace bench {
 
-/// A child process that answers a line with a line. Where it ends before it should, so does this program, with one
-/// line.
+/// What ends this program, with one line; thrown as far as `main`, so that everything is cleared away on the way.
+struct Failure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+[[noreturn]] void fail(const std::string& what);
+
+/// From now on SIGINT and SIGTERM end this program by a `Failure` out of whatever waits here, and a child that has gone
+/// is no reason for SIGPIPE.
+void catchSignals();
+
+/// The signal that has come; 0 for none.
+int signalCaught();
+
+/// Sleeps.
+void rest(std::chrono::milliseconds time);
+
+/// A child process that answers a line with a line. It fails where the child ends before it should.
 class Worker {
 public:
     explicit Worker(const std::vector<std::string>& command);
@@ -47,9 +66,10 @@ struct Use {
     std::string output;      // what it has written, errors too
 };
 
-/// Runs it to its end, which must be a good one: otherwise this program ends too, with what it has written.
+/// Runs it to its end, which must be a good one: otherwise it fails with what the program has written.
 Use runProgram(const std::vector<std::string>& command);
 
-[[noreturn]] void fail(const std::string& what);
+/// The same, with nothing for a bad end.
+std::optional<Use> tryProgram(const std::vector<std::string>& command);
 
 }  // namespace bench

@@ -13,14 +13,6 @@ namespace bench {
 
 namespace {
 
-// Three digits that say something.
-std::string number(double value) {
-    char text[40];
-    const double size = std::abs(value);
-    std::snprintf(text, sizeof text, size >= 100 ? "%.0f" : size >= 10 ? "%.1f" : "%.2f", value);
-    return text;
-}
-
 std::string ratio(double value) {
     char text[40];
     std::snprintf(text, sizeof text, "%.3f", value);
@@ -30,9 +22,10 @@ std::string ratio(double value) {
 // The six columns of a line.
 std::vector<std::string> columns(const Row& row) {
     const std::string most = !row.atMost ? "" : row.ratio ? ratio(*row.atMost) : number(*row.atMost);
+    const std::string unit = row.unit.empty() ? "" : " " + row.unit;
     return {row.what,
-            number(row.value) + " " + row.unit,
-            row.beside.empty() ? "" : row.beside + " " + number(row.besideValue) + " " + row.unit,
+            number(row.value) + unit,
+            row.beside.empty() ? "" : row.beside + " " + number(row.besideValue) + unit,
             row.ratio ? ratio(*row.ratio) : "",
             most,
             row.isOver() ? "over" : ""};
@@ -48,6 +41,13 @@ std::string betweenMarks(const std::string& page, const std::string& name, const
 }
 
 }  // namespace
+
+std::string number(double value) {
+    char text[40];
+    const double size = std::abs(value);
+    std::snprintf(text, sizeof text, size >= 100 ? "%.0f" : size >= 10 ? "%.1f" : "%.2f", value);
+    return text;
+}
 
 double median(std::vector<double> values) {
     if (values.empty()) return 0;

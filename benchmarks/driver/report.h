@@ -6,6 +6,9 @@
 
 namespace bench {
 
+/// Three digits that say something.
+std::string number(double value);
+
 double median(std::vector<double> values);
 
 /// One line of the table: a number of ours, maybe beside another's, maybe with what it must not exceed.
@@ -33,8 +36,7 @@ public:
 
     const std::vector<Row>& rows() const { return _rows; }
     void writeJson(const std::string& path) const;
-    /// Puts the tables and the machine between their marks into docs/performance.md. Tables that were not measured
-    /// stay.
+    /// Puts the tables and the machine between their marks into docs/performance.md. All of them: a page holds one run.
     void writePage(const std::string& path) const;
 
 private:

@@ -6,8 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "worker/picture.h"
-#include "zet/zet.h"
+#include "worker/record.h"
 
 namespace {
 
@@ -33,13 +32,7 @@ public:
     }
 
     void show(const bench::Picture& picture) {
-        zet::YUV420PData frame;
-        frame.y = picture.y.data();
-        frame.u = picture.u.data();
-        frame.v = picture.v.data();
-        frame.yLineSize = frame.width = picture.size.width;
-        frame.uvLineSize = picture.size.width / 2;
-        frame.height = picture.size.height;
+        zet::YUV420PData frame = bench::recordOf(picture);
         std::unique_lock lock(_mutex);
         const long before = _drawn;
         lock.unlock();

@@ -28,7 +28,10 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto framePeriod = std::chrono::nanoseconds(1s) / 30;
-constexpr auto quiet = 120ms;  // longer than any draw: without one for so long, nothing more is coming
+// Without a draw for so long, and for so many times as long as each has taken, nothing more is coming.
+constexpr std::chrono::nanoseconds quiet = 120ms;
+constexpr int quietDraws = 4;
+constexpr auto patience = 20s;  // with the first draw
 constexpr int warmUp = 6;
 
 double cpuSeconds() {
@@ -86,17 +89,20 @@ private:
     // Returns how many were drawn.
     long play(int count) {
         const long before = _painter->drawn();
-        auto next = Clock::now();
+        const auto start = Clock::now();
+        auto next = start;
         for (int i = 0; i < count; ++i) {
             std::this_thread::sleep_until(next);
             next = std::max(next + framePeriod, Clock::now());  // one that comes late is no reason to hurry the rest
             _painter->show(_pictures[_next++ % _pictures.size()]);
         }
+        const long each = (_painter->drawn() - before) / static_cast<long>(_windows.size());
+        const auto pause = std::max(quiet, quietDraws * (Clock::now() - start) / std::max(each, 1L));
         long drawn = 0;
         do {
             drawn = _painter->drawn();
-            std::this_thread::sleep_for(quiet);
-        } while (_painter->drawn() != drawn);
+            std::this_thread::sleep_for(pause);
+        } while (_painter->drawn() != drawn || (drawn == before && Clock::now() < start + patience));
         return drawn - before;
     }
 
@@ -124,7 +130,8 @@ int main(int argc, char** argv) {
         std::istringstream words(line);
         std::string command;
         std::string argument;
-        words >> command >> argument;
+        words >> command >> std::ws;
+        std::getline(words, argument);
         if (command == "run") {
             worker.run(std::atoi(argument.c_str()));
         } else if (command == "heap") {

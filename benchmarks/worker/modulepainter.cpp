@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "worker/painter.h"
-#include "zet/zet.h"
+#include "worker/record.h"
 
 namespace {
 
@@ -63,13 +63,7 @@ public:
     }
 
     void show(const Picture& picture) override {
-        zet::YUV420PData frame;
-        frame.y = picture.y.data();
-        frame.u = picture.u.data();
-        frame.v = picture.v.data();
-        frame.yLineSize = frame.width = picture.size.width;
-        frame.uvLineSize = picture.size.width / 2;
-        frame.height = picture.size.height;
+        zet::YUV420PData frame = recordOf(picture);
         frame.lensRegion = lensRegion;
         frame.aiCount = static_cast<int>(_faces.size());
         frame.aiItems = _faces.data();
