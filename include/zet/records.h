@@ -33,10 +33,10 @@ static_assert(sizeof(RectItem) == 20);
 
 /// A decoded picture in planar YUV 4:2:0, top row first: value of `DCFG_YUV_FRAME`.
 ///
-/// `DCFG_FRAME_COLOR` says how its colours are coded. Until that is set, it is shown with Y from 0 to 1 and U and V from
-/// -0.5 to 0.5, in full range, as R = Y + 1.13983 V, G = Y - 0.39465 U - 0.58060 V, B = Y + 2.03211 U: the luma of
-/// BT.601 with the weights of analogue U and V. By full-range BT.601 as JFIF defines it (1.402 and 1.772) reds would be a
-/// little stronger and blues a little weaker.
+/// `DCFG_FRAME_COLOR` says how its colours are coded. Until that is set, it is shown with Y from 0 to 1 and U and V
+/// from -0.5 to 0.5, in full range, as R = Y + 1.13983 V, G = Y - 0.39465 U - 0.58060 V, B = Y + 2.03211 U: the luma of
+/// BT.601 with the weights of analogue U and V. By full-range BT.601 as JFIF defines it (1.402 and 1.772) reds would be
+/// a little stronger and blues a little weaker.
 ///
 /// Everything that it points to belongs to the setter and is read only until the set returns. `yLineSize` must be a
 /// multiple of 4 and `uvLineSize` of 2. A record that breaks this, lacks a plane or is larger than the GL allows is
