@@ -48,18 +48,14 @@ TEST(CylinderSideMotion, pinchesCrossTheBorderOfTheRestStates) {
     EXPECT_EQ(motion.phase(), Phase::RestingOut);
 }
 
-TEST(CylinderSphereMotion, tiltMovesTheSceneAndTheEye) {
+TEST(CylinderSphereMotion, tiltMovesTheSceneAndTheEyeUpToAnEnd) {
     const struct {
         const char* name;
         const CylinderSpherePose& pose;
         double tilt, shown, lift, eyeZ;
     } cases[] = {
-        {"drum beyond the lower end", drumPose, -100, -1.043, 0.158, 22.2},
-        {"drum half way up", drumPose, 43.3315, 43.3315, -0.0768, 22.2},
         {"drum beyond the upper end", drumPose, 300, 58.123, -0.1536, 22.2},
-        {"bowl beyond the lower end", bowlPose, -100, -4.32, 0.378, 20.05},
         {"bowl half way up", bowlPose, 41.01, 41.01, 0, 20.05 - 0.75},
-        {"bowl beyond the upper end", bowlPose, 300, 56.12, 0, 20.05 - 1.5},
         {"bowl one turn and half way down", bowlPose, 370.79, 10.79, 0.189, 20.05},
     };
     for (const auto& c : cases) {

@@ -82,29 +82,8 @@ struct PanesGl : DisplayTest {
         return requests;
     }
 
-    /// Draws, and finds nothing enabled that the next view could stumble over, such as an attribute that is read from
-    /// the memory of this one, and no error. `depthTest` is how the view has to leave that.
-    void expectNothingLeftOn(bool depthTest = false) {
-        leftOn = 0;
-        const SwapHook hook([this, depthTest] {
-            GLint attributes = 0;
-            glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
-            for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
-                GLint enabled = 0, buffer = 0;
-                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
-                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
-                leftOn += enabled && buffer == 0;
-            }
-            leftOn += (glIsEnabled(GL_DEPTH_TEST) != depthTest) + glIsEnabled(GL_BLEND);
-            leftOn += glGetError() != GL_NO_ERROR;
-        });
-        redraw();
-        EXPECT_EQ(leftOn, 0);
-    }
-
     double tolerance = 4;  // of 255: 8-bit planes, half the chroma, cells of 2.7 degrees for a dome
     const Frame frame = lensFrame(512);
-    std::atomic<int> leftOn = 0;
 };
 
 }  // namespace zet::test

@@ -1,4 +1,3 @@
-#include <cstdio>
 #include <limits>
 
 #include "views/panesgl.h"
@@ -46,7 +45,22 @@ TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
         EXPECT_GT(lit, 300 * 250 / 4);
         EXPECT_TRUE(mode == 7 || mode >= 9 || moved > 100) << moved << "; the others stand still, or from far";
         bus.setConfig(DCFG_SCENE_BACKDROP, &halo);
-        expectNothingLeftOn(mode == 5 || mode == 6);
+        // Enabled, the next view could stumble over it: an attribute is read from the memory of this one.
+        std::atomic<int> leftOn = 0;
+        const SwapHook hook([&leftOn, mode] {
+            GLint attributes = 0;
+            glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
+            for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
+                GLint enabled = 0, buffer = 0;
+                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_ENABLED, &enabled);
+                glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
+                leftOn += enabled && buffer == 0;
+            }
+            leftOn += (glIsEnabled(GL_DEPTH_TEST) != (mode == 5 || mode == 6)) + glIsEnabled(GL_BLEND);
+            leftOn += glGetError() != GL_NO_ERROR;
+        });
+        redraw();
+        EXPECT_EQ(leftOn, 0);
     }
 }
 
@@ -147,12 +161,6 @@ TEST_F(DetailAreaGl, theWallsOverviewIsLitWhereTheDetailLooks) {
 }
 
 struct WallThreeViewGl : PanesGl {
-    // `colorOf(azimuth, elevation)`: degrees, from the lens axis to the right and up.
-    void comparePanorama(const Picture& picture, const std::string& what,
-                         const std::function<Color(double, double)>& colorOf) {
-        compare(picture, {0, 301, 800, 299}, what,
-                [&colorOf](double x, double y) { return colorOf(x * 81, y * 162 / 3.3); });
-    }
     void comparePanes(const Picture& picture, const std::string& what) {
         for (const double yaw : {-50.4, 50.4}) {
             const DomeCamera camera{.eyeZ = 2 - 1.0486, .near = 1.5, .half = 0, .side = -yaw, .press = 0.97};
@@ -160,8 +168,9 @@ struct WallThreeViewGl : PanesGl {
             compare(picture, rect, what + (yaw < 0 ? ", left" : ", right"),
                     [&camera](double x, double y) { return domeColor(camera, x, y); });
         }
-        comparePanorama(picture, what, [](double azimuth, double elevation) {
-            return toColor(sceneColor(Vec{0, 0, 1}.aboutX(elevation).aboutY(-azimuth)));
+        // Degrees from the lens axis: 81 to either side, and up in the pane's shape.
+        compare(picture, {0, 301, 800, 299}, what + ", panorama", [](double x, double y) {
+            return toColor(sceneColor(Vec{0, 0, 1}.aboutX(y * 162 / 3.3).aboutY(-x * 81)));
         });
     }
 };
@@ -186,28 +195,6 @@ TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
             EXPECT_TRUE(near(picture.at(399, i % 299), {}, 0) && near(picture.at(400, i % 299), {}, 0)) << i;
         }
     }
-}
-
-TEST_F(WallThreeViewGl, agreesWithFfmpegOnThePanorama) {
-    constexpr std::size_t side = 2160;  // of the half sphere before the lens: twelve pixels a degree
-    const char* const command =
-        "ffmpeg -nostdin -v error -f lavfi -i \"color=s=2048x2048,format=gray,geq=lum='128+60*sin(X/40)+50*sin(Y/50)',"
-        "v360=fisheye:hequirect:ih_fov=180:iv_fov=180:w=2160:h=2160\" -frames:v 1 -f rawvideo -pix_fmt gray -";
-    const std::unique_ptr<FILE, int (*)(FILE*)> ffmpeg(popen(command, "r"), pclose);
-    std::vector<unsigned char> unrolled(side * side);
-    ASSERT_EQ(std::fread(unrolled.data(), 1, unrolled.size(), ffmpeg.get()), unrolled.size());
-    const Frame waves(2048, 2048, [](int x, int y) {
-        return Yuv{static_cast<int>(128 + 60 * std::sin(x / 40.0) + 50 * std::sin(y / 50.0)), 128, 128};
-    });
-
-    startView(7, 800, 600);
-    // Interpolation: up to 1.3 levels for half a pixel at the rim, where the filter takes the centres of the outermost
-    // pixels for the circle's edge; 1.3 for 1/24 of a degree to the nearest of its pixels; 1 as it rounds down.
-    tolerance = 4;
-    comparePanorama(shown(waves), "waves", [&unrolled](double azimuth, double elevation) {
-        const auto pixel = [](double angle) { return static_cast<std::size_t>((angle + 90) * 12); };
-        return toColor({unrolled[pixel(-elevation) * side + pixel(azimuth)], 128, 128});
-    });
 }
 
 }  // namespace

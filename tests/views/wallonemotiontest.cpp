@@ -8,11 +8,6 @@
 
 namespace zet::ZETShow {
 
-void PrintTo(WallZoom::Phase phase, std::ostream* out) {
-    constexpr const char* names[] = {"wide rest", "flying in", "close rest", "flying out"};
-    *out << names[static_cast<int>(phase)];
-}
-
 namespace {
 
 using enum WallZoom::Phase;
