@@ -44,7 +44,6 @@ TEST_F(DisplayGl, refusesFramesThatCantBeReadWhole) {
         const char* name;
         void (*spoil)(YUV420PData&);
     } cases[] = {
-        {"no Y", [](YUV420PData& frame) { frame.y = nullptr; }},
         {"no V", [](YUV420PData& frame) { frame.v = nullptr; }},
         {"width below 0", [](YUV420PData& frame) { frame.width = -64; }},
         {"height beyond GL", [](YUV420PData& frame) { frame.height = absurd; }},
@@ -122,8 +121,6 @@ TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     const CallLog log;
     setWindow();
     EXPECT_EQ(log.count("~Render _program"), 1) << "the same handle rebuilds the view";
-    EXPECT_EQ(log.count("Texture::clear"), 2);
-    EXPECT_EQ(log.count("eglDestroySurface 1"), 1);
     setFrame(redFrame);  // undrawn, and gone with its window
     setWindow();
     expectShown(shown(blueFrame), blue, "again");
