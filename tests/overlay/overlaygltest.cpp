@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "overlay/material.h"
+#include "support/allocations.h"
 #include "support/displaytest.h"
 
 namespace zet::test {
@@ -185,6 +186,19 @@ TEST_F(OverlayGl, withoutAFontBoxesStand) {
     expectFaces("no font", pair, FACE_BOX);
     global.setFontPath(serifFont);
     expectFaces("a font that comes too late", pair, FACE_BOX);
+}
+
+TEST_F(OverlayGl, labelsAllocateNothingPerFrame) {
+    begin();
+    const std::vector<FaceItem> ten(10, {0, 1, 30, 50, 40, 60, 60, "longer than 15 letters"});
+    const SwapHook hook(countAllocations);
+    setItems(ten.data(), ten.size(), facesKind);
+    for (int i = 0; i < 5; ++i) shown(frame);
+    const int grown = allocations();
+    for (int i = 0; i < 20; ++i) shown(frame);
+    EXPECT_EQ(allocations(), grown);
+    bus.setConfig(DCFG_RENDER_MODE, 0);
+    EXPECT_GT(allocations(), grown) << "the count counts";
 }
 
 TEST_F(OverlayGl, pictureStandsInItsRectangle) {
