@@ -31,6 +31,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
     bool topRowFirst = false;
     if (snap->sourceFrame == 0) {
         matchSurface();
+        if (!_render) return -1;  // an observer may have replaced the view in that draw
         const Viewport& viewport = _render->viewport();
         if (FrameReader::readScreen(viewport, snap->buffer, snap->bufferSize) != 0) return -1;
         snap->width = viewport.width;

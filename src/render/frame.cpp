@@ -58,7 +58,7 @@ void Frame::setLensRegion(const int* numbers) {
 }
 
 void Frame::findRegion(bool square) {
-    crop = findLensRegion(_lensRegion ? _lensRegion->data() : nullptr, width, height, lineSize, square);
+    const CropParam crop = findLensRegion(_lensRegion ? _lensRegion->data() : nullptr, width, height, lineSize, square);
     isCropped = crop != CropParam{0, 0, width, height};
     region = isCropped ? mapOntoRegion(crop, width, height) : RegionMap{};
 }

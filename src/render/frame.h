@@ -60,8 +60,7 @@ struct Frame {
     int width = 0;  // pixels
     int height = 0;
     int lineSize = 0;                     // bytes of a row of its luma, padding included
-    CropParam crop;                       // the lens region, pixels
-    RegionMap region;                     // the same for texture coordinates
+    RegionMap region;                     // where the lens region lies in the textures
     bool isCropped = false;               // the lens region is not the whole picture
     ColorTransform color = defaultColor;  // of all frames until the player says otherwise
     std::vector<FaceInfo> faces;
