@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "zet/records.h"
+
 namespace zet {
 
 /// Event mask of a registration, and event word of a delivery: an observer is called when the two share a bit.
@@ -17,71 +19,85 @@ constexpr std::int64_t displayConfigId(std::uint32_t lowWord) {
     return static_cast<std::int32_t>(lowWord);
 }
 
-// Every identifier that the module observes or sets, with the form of its value. "By value" is a 32-bit integer, a
-// 32-bit float or a pointer that the setter goes on owning; a record may be given by its address or as a block. Where
-// "the setter waits", the set returns when the render thread has done the work.
+struct NativeHandle;  ///< kind of an identifier whose value is a handle of the platform
+struct NoValue;       ///< kind of an identifier that carries nothing
+
+/// An identifier and the kind of its value, by which the compiler checks what is set: a number, `NativeHandle`,
+/// `NoValue`, or a record. The record is const where the module only reads it. Elsewhere an identifier is its number.
+template <typename Value>
+class ConfigId {
+public:
+    explicit constexpr ConfigId(std::int64_t number) : _number(number) {}
+    constexpr operator std::int64_t() const { return _number; }
+
+private:
+    std::int64_t _number;
+};
+
+// Every identifier that the module observes or sets. A record may be given by its address or as a block. Where "the
+// setter waits", the set returns when the render thread has done the work.
 
 /// Native window handle, by value; null for none. The setter waits until the surface stands.
-inline constexpr std::int64_t DCFG_WINDOW_INSTANCE = displayConfigId(0x90000001);
+inline constexpr ConfigId<NativeHandle> DCFG_WINDOW_INSTANCE{displayConfigId(0x90000001)};
 /// `YUV420PData`. The setter waits until the planes are uploaded; the memory is its own again then. Dropped while the
 /// last frame has not been drawn yet.
-inline constexpr std::int64_t DCFG_YUV_FRAME = displayConfigId(0x90000002);
+inline constexpr ConfigId<const YUV420PData> DCFG_YUV_FRAME{displayConfigId(0x90000002)};
 /// No value. Asks for 30 further draws of the current frame, counted from now; never waits for the render thread. The
 /// module sets it too, on the render thread among others: its observers only store a flag, and set and read nothing.
-inline constexpr std::int64_t DCFG_RENDER_REQUEST = displayConfigId(0x90000003);
+inline constexpr ConfigId<NoValue> DCFG_RENDER_REQUEST{displayConfigId(0x90000003)};
 /// `TouchPoint`, surface pixels from the top left corner.
-inline constexpr std::int64_t DCFG_TOUCH_DOWN = displayConfigId(0x90000004);
+inline constexpr ConfigId<const TouchPoint> DCFG_TOUCH_DOWN{displayConfigId(0x90000004)};
 /// `TouchPoint`, surface pixels from the top left corner.
-inline constexpr std::int64_t DCFG_TOUCH_UP = displayConfigId(0x90000005);
+inline constexpr ConfigId<const TouchPoint> DCFG_TOUCH_UP{displayConfigId(0x90000005)};
 /// Float by value: a ratio. One step nearer above 1, otherwise one step back, whatever its size.
-inline constexpr std::int64_t DCFG_PINCH = displayConfigId(0x90000006);
+inline constexpr ConfigId<float> DCFG_PINCH{displayConfigId(0x90000006)};
 /// `TouchPoint`, surface pixels from the top left corner.
-inline constexpr std::int64_t DCFG_DOUBLE_TAP = displayConfigId(0x90000007);
+inline constexpr ConfigId<const TouchPoint> DCFG_DOUBLE_TAP{displayConfigId(0x90000007)};
 /// `DragPoints`, surface pixels from the top left corner.
-inline constexpr std::int64_t DCFG_DRAG = displayConfigId(0x90000008);
+inline constexpr ConfigId<const DragPoints> DCFG_DRAG{displayConfigId(0x90000008)};
 /// Set by the module on the render thread: its EGL context by value once it stands, null before it goes. Observers must
 /// not set or read anything on the bus.
-inline constexpr std::int64_t DCFG_GL_CONTEXT = displayConfigId(0x9000000b);
+inline constexpr ConfigId<NativeHandle> DCFG_GL_CONTEXT{displayConfigId(0x9000000b)};
 /// Int by value: the view, 0 to 10; any other number shows none. The setter waits until the view stands.
-inline constexpr std::int64_t DCFG_RENDER_MODE = displayConfigId(0x9000000c);
+inline constexpr ConfigId<std::int32_t> DCFG_RENDER_MODE{displayConfigId(0x9000000c)};
 /// `SnapData`. The setter waits until the picture is in its buffer.
-inline constexpr std::int64_t DCFG_SNAP = displayConfigId(0x9000000e);
+inline constexpr ConfigId<SnapData> DCFG_SNAP{displayConfigId(0x9000000e)};
 /// Int by value: what is drawn beside a face, see `FaceOption`. Flat view.
-inline constexpr std::int64_t DCFG_FACE_OPTION = displayConfigId(0x90000010);
+inline constexpr ConfigId<std::int32_t> DCFG_FACE_OPTION{displayConfigId(0x90000010)};
 /// `LensParam`. The setter waits until it is in force. Flat view.
-inline constexpr std::int64_t DCFG_LENS_PARAM = displayConfigId(0x90000012);
+inline constexpr ConfigId<const LensParam> DCFG_LENS_PARAM{displayConfigId(0x90000012)};
 /// One block: an `OverlayRect`, followed by the NUL-terminated path of a BMP file. The setter waits until the file has
 /// been read. Flat view.
-inline constexpr std::int64_t DCFG_OVERLAY_IMAGE = displayConfigId(0x90000013);
+inline constexpr ConfigId<const OverlayRect> DCFG_OVERLAY_IMAGE{displayConfigId(0x90000013)};
 /// Uint32 by value, 0x00RRGGBB: the colour beside the picture. Flat view.
-inline constexpr std::int64_t DCFG_CLEAR_COLOR = displayConfigId(0x90000014);
+inline constexpr ConfigId<std::uint32_t> DCFG_CLEAR_COLOR{displayConfigId(0x90000014)};
 /// Float by value: upper bound of the zoom, at most 4.0. Flat view.
-inline constexpr std::int64_t DCFG_MAX_SCALE = displayConfigId(0x90000017);
+inline constexpr ConfigId<float> DCFG_MAX_SCALE{displayConfigId(0x90000017)};
 /// Float by value: the zoom; the value really applied is written back. `readConfig` reads it. Flat view.
-inline constexpr std::int64_t DCFG_SCALE = displayConfigId(0x90000018);
+inline constexpr ConfigId<float> DCFG_SCALE{displayConfigId(0x90000018)};
 /// `AutoRotate`. Dewarping views.
-inline constexpr std::int64_t DCFG_AUTO_ROTATE = displayConfigId(0x9000001a);
+inline constexpr ConfigId<const AutoRotate> DCFG_AUTO_ROTATE{displayConfigId(0x9000001a)};
 /// `Fling`. Dewarping views.
-inline constexpr std::int64_t DCFG_FLING = displayConfigId(0x9000001b);
+inline constexpr ConfigId<const Fling> DCFG_FLING{displayConfigId(0x9000001b)};
 /// Int by value, 0 or not: the opening flight of the half sphere.
-inline constexpr std::int64_t DCFG_OPENING_FLIGHT = displayConfigId(0x9000001c);
+inline constexpr ConfigId<std::int32_t> DCFG_OPENING_FLIGHT{displayConfigId(0x9000001c)};
 /// `SceneBackdrop`: what stands behind the half sphere.
-inline constexpr std::int64_t DCFG_SCENE_BACKDROP = displayConfigId(0x9000001d);
+inline constexpr ConfigId<const SceneBackdrop> DCFG_SCENE_BACKDROP{displayConfigId(0x9000001d)};
 /// Uint32 by value: degrees clockwise, 0, 90, 180 or 270, taken modulo 360. Flat view.
-inline constexpr std::int64_t DCFG_ROTATION = displayConfigId(0x9000001e);
+inline constexpr ConfigId<std::uint32_t> DCFG_ROTATION{displayConfigId(0x9000001e)};
 /// Set by the module on the render thread, with the address of the `SnapData` in work: the player's observer writes its
 /// own copy of the frame into the buffer, top row first, and its size. It must not set or read anything on the bus.
-inline constexpr std::int64_t DCFG_FRAME_READ = displayConfigId(0x9000001f);
+inline constexpr ConfigId<SnapData> DCFG_FRAME_READ{displayConfigId(0x9000001f)};
 
 // Identifiers beyond the common list.
 
 /// `FrameColor`: how the colours of the frames are coded. In force from the next draw on, in all views and in both
 /// kinds of snapshot; the setter waits, and a redraw is asked for. A record that names no known matrix is refused with
 /// a line in the log: the last one stays.
-inline constexpr std::int64_t DCFG_FRAME_COLOR = displayConfigId(0x90000101);
+inline constexpr ConfigId<const FrameColor> DCFG_FRAME_COLOR{displayConfigId(0x90000101)};
 /// Set by the module on the render thread after each swap that has shown a picture: uint32 by value, the pictures of
 /// this display so far, redraws included. Displays that share a bus share this slot. Its observers only store what they
 /// need, and neither set nor read anything.
-inline constexpr std::int64_t DCFG_DRAWN = displayConfigId(0x90000102);
+inline constexpr ConfigId<std::uint32_t> DCFG_DRAWN{displayConfigId(0x90000102)};
 
 }  // namespace zet

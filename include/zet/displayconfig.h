@@ -1,16 +1,11 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <type_traits>
-#include <vector>
 
 #include "zet/configids.h"
 #include "zet/export.h"
@@ -19,9 +14,6 @@
 namespace zet {
 
 class DisplayConfigUserData;
-
-template <typename T>
-concept Arithmetic = std::is_arithmetic_v<T>;
 
 /// Bytes to be copied onto the bus.
 struct SizeHelp {
@@ -34,8 +26,8 @@ struct SizeHelp {
 ///
 /// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
 /// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
-/// returns when the last has returned; sets of one identifier wait for each other, sets of different ones do not. A
-/// registration is called by one thread at a time, and never with an older value after a newer one; only a replay that
+/// returns when the last has returned. Sets of one identifier wait for each other, sets of different ones do not. A
+/// registration is called by one thread at a time, and never with an older value after a newer one. Only a replay that
 /// sets or reads its own identifier lets others in meanwhile.
 ///
 /// What an observer throws reaches the setter: the value is set, the observers behind are not called. In a replay it
@@ -55,39 +47,67 @@ public:
     DisplayConfig(const DisplayConfig&) = delete;
     DisplayConfig& operator=(const DisplayConfig&) = delete;
 
-    // Each set returns 0, or -1 for an identifier outside the table or an empty block; then nothing has changed.
-
-    int setConfig(std::int64_t id, std::int32_t value);   ///< by value
-    int setConfig(std::int64_t id, std::uint32_t value);  ///< by value
-    int setConfig(std::int64_t id, float value);          ///< by value
-    int setConfig(std::int64_t id, double value);         ///< by value, narrowed to float
-    int setConfig(std::int64_t id, std::nullptr_t);       ///< by value: none
-    /// By value: a native handle, or the address of a record that stays the setter's. A gesture record may be
-    /// changed by the delivery: its coordinates are scaled in place.
+    /// Sets `id` to a value of its kind (see `ConfigId`). What the identifier doesn't take doesn't compile.
     ///
-    /// The bus keeps the bare address, and delivers it again to each observer that asks for replay. The module does so
-    /// for no frame, snapshot or gesture: these records may go when the set returns. It does so for every setting, at
-    /// each change of view: the record of a setting that is given here must live as long as the bus. Give settings as
-    /// typed records or as `SizeHelp` instead, of which the bus keeps a copy.
-    int setConfig(std::int64_t id, const void* value);
-    int setConfig(std::int64_t id, std::uintptr_t handle);  ///< by value: a native handle that is a number
-    /// Copies `value.size` bytes into a block of the bus.
-    int setConfig(std::int64_t id, const SizeHelp& value);
-    /// Copies a string with its NUL into a block of the bus.
-    int setConfig(std::int64_t id, const char* text);
-    int setConfig(std::int64_t id, const std::string& text);  ///< the same
-    /// Copies the record of a setting into a block of the bus. `record` is read during the call; null is refused.
-    template <SettingRecord Record>
-    int setConfig(std::int64_t id, const Record* record) {
-        return setConfig(id, SizeHelp{record, static_cast<int>(sizeof(Record))});
+    /// - A number identifier takes any number, and converts it. One that counts takes no floating-point number.
+    /// - A handle identifier takes a pointer, null, or a handle that is a number, of any width.
+    /// - An identifier without a value takes null.
+    /// - A setting takes the address of its record, and copies it during the call.
+    /// - A frame, a snapshot or a gesture takes the address of its record, which may go when the set returns. The bus
+    ///   keeps the bare address: an observer that asks for replay would be handed the address of a record that is gone.
+    /// - Each record may be given as a `SizeHelp` too. Then the bus keeps a copy.
+    ///
+    /// Returns 0, whatever the observers think of the value. Returns -1 for null instead of a setting and for an empty
+    /// `SizeHelp`: then nothing has changed and nobody was called.
+    template <typename Value, typename Given>
+    int setConfig(ConfigId<Value> id, const Given& given) {
+        const std::int64_t number = id;
+        if constexpr (std::is_arithmetic_v<Value>) {
+            static_assert(std::is_arithmetic_v<Given> || std::is_enum_v<Given>, "this identifier takes a number");
+            static_assert(std::is_floating_point_v<Value> || !std::is_floating_point_v<Given>,
+                          "this identifier takes an integer");
+            return setConfig(number, static_cast<Value>(given));
+        } else if constexpr (std::is_same_v<Value, NativeHandle>) {
+            return setConfig(number, handleWord(given));
+        } else if constexpr (std::is_same_v<Value, NoValue>) {
+            static_assert(std::is_null_pointer_v<Given>, "this identifier has no value: give it nullptr");
+            return setConfig(number, nullptr);
+        } else if constexpr (std::is_same_v<Given, SizeHelp>) {
+            return setConfig(number, given);
+        } else {
+            static_assert(std::is_convertible_v<Given, Value*>, "this identifier takes the address of another record");
+            Value* const record = given;
+            if constexpr (isSetting<Value>) return setConfig(number, SizeHelp{record, int{sizeof(Value)}});
+            return setConfig(number, static_cast<const void*>(record));
+        }
     }
-    /// Copies the pieces one behind the other into a block of the bus: strings with their NUL, `SizeHelp`s, numbers.
+    /// Joins the pieces into one block: an `OverlayRect`, then the path of a file. 0, or -1 if one of them is empty.
+    template <typename Path>
+    int setConfig(ConfigId<const OverlayRect> id, const OverlayRect& place, const Path& path) {
+        return setConfig(std::int64_t{id}, SizeHelp{&place, int{sizeof place}}, path);
+    }
+
+    /// @{
+    /// The same for an identifier that is known only at run time: the value decides the form, and nothing checks that
+    /// it is the identifier's. 0, or -1 for an identifier outside the table or an empty block.
+    int setConfig(std::int64_t id, std::int32_t value);       ///< by value
+    int setConfig(std::int64_t id, std::uint32_t value);      ///< by value
+    int setConfig(std::int64_t id, float value);              ///< by value
+    int setConfig(std::int64_t id, double value);             ///< by value, narrowed to float
+    int setConfig(std::int64_t id, std::nullptr_t);           ///< by value: none
+    int setConfig(std::int64_t id, const void* value);        ///< by value: an address that stays the setter's
+    int setConfig(std::int64_t id, std::uintptr_t handle);    ///< by value: a native handle that is a number
+    int setConfig(std::int64_t id, const SizeHelp& value);    ///< copies `value.size` bytes into a block of the bus
+    int setConfig(std::int64_t id, const char* text);         ///< copies a string with its NUL
+    int setConfig(std::int64_t id, const std::string& text);  ///< the same
+    /// Copies the pieces one behind the other into one block: strings with their NUL, `SizeHelp`s, numbers.
     template <typename First, typename Second, typename... More>
     int setConfig(std::int64_t id, const First& first, const Second& second, const More&... more) {
         long datas[] = {address(getData(first)), address(getData(second)), address(getData(more))...};
         int sizes[] = {getSize(first), getSize(second), getSize(more)...};
         return setConfigHelp(datas, static_cast<int>(2 + sizeof...(More)), sizes, id);
     }
+    /// @}
 
     /// Asks the observers of `id`, on the calling thread, for its value as it stands now. 0 if one has answered,
     /// otherwise -1 with `value` untouched. `DCFG_SCALE` answers while the flat view is in force.
@@ -97,7 +117,7 @@ public:
     /// or an empty callback. `flag` holds the `DisplayConfigFlag` bits to be called for, `userData` is handed through.
     ///
     /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
-    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in; a
+    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in. A
     /// set on another thread that comes to this observer waits until the replay has returned, so an observer that is
     /// replayed must not wait for a setter of `id`.
     void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
@@ -113,60 +133,42 @@ public:
     static int getSize(const SizeHelp& piece);
     static const void* getData(const std::string& text);
     static int getSize(const std::string& text);
-    template <Arithmetic Number>
+    template <typename Number, typename = std::enable_if_t<std::is_arithmetic_v<Number>>>
     static const void* getData(const Number& number) {
         return &number;
     }
-    template <Arithmetic Number>
+    template <typename Number, typename = std::enable_if_t<std::is_arithmetic_v<Number>>>
     static int getSize(const Number&) {
-        return static_cast<int>(sizeof(Number));
+        return int{sizeof(Number)};
     }
     /// @}
 
 private:
     friend class DisplayConfigUserData;
 
-    static constexpr int givenSlots = 33;  // 0x90000000 and up: identifiers that all players of the interface share
-    static constexpr int ownSlots = 8;     // 0x90000101 and up: this module's own
+    class DisplayConfigData;
 
-    struct DisplayConfigData {
-        DisplayConfigData() = default;
-        ~DisplayConfigData();
-        DisplayConfigData(const DisplayConfigData&) = delete;
-        DisplayConfigData& operator=(const DisplayConfigData&) = delete;
-
-        std::recursive_mutex mutex;  // held by a setter across a delivery
-        std::int64_t configId = 0;
-        void* data = nullptr;
-        void* lastData = nullptr;
-        int state = 0;     // event word of the delivery now running
-        int answered = 0;  // set by an observer that has written `data` itself
-        int size = 0;      // bytes of the block in `data`; 0 for a value
-        int lastSize = 0;
-        std::list<std::shared_ptr<DisplayConfigUserData>> observers;  // empty entries: ended during a delivery
-
-        std::mutex leaf;             // guards the value and the list against threads outside a delivery
-        bool isSet = false;          // there is a value
-        int deliveries = 0;          // nested walks over `observers`
-        std::vector<char*> retired;  // blocks that fell out during a nested set, freed when the outermost ends
-        std::condition_variable replayed;
-    };
-
+    template <typename Handle>
+    static const void* handleWord(const Handle& handle) {
+        static_assert(std::is_pointer_v<Handle> || std::is_null_pointer_v<Handle> || std::is_integral_v<Handle>,
+                      "this identifier takes a native handle");
+        if constexpr (std::is_integral_v<Handle>) {
+            return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(handle));
+        } else {
+            return handle;
+        }
+    }
     static long address(const void* data) { return reinterpret_cast<long>(data); }
 
     DisplayConfigData* findSlot(std::int64_t id);
     int setConfigData(std::int64_t id, void* data, int size);
     int setConfigHelp(long* datas, int count, int* sizes, std::int64_t id);
-    void doEvent(DisplayConfigData& slot, unsigned event);
-    static std::unique_lock<std::recursive_mutex> enter(DisplayConfigData& slot);
-    static void copyValue(const DisplayConfigData& from, DisplayConfigData& to);
-    void replay(DisplayConfigData& stored, DisplayConfigData& slot, DisplayConfigUserData& registration);
 
-    DisplayConfigData _slots[givenSlots + ownSlots];
+    std::unique_ptr<DisplayConfigData[]> _slots;
 };
 
 /// A registration and the value that is delivered to it, as its observer sees them. The accessors read the slot as it
-/// stands: call them inside the delivery, on its thread.
+/// is: call them inside the delivery, on its thread.
 class ZET_API DisplayConfigUserData {
 public:
     void* getUserData() const { return _userData; }              ///< as it was registered
@@ -196,15 +198,12 @@ public:
     void answer(float value);
 
 private:
-    friend class DisplayConfig;
+    friend class DisplayConfig::DisplayConfigData;
 
     void* _userData = nullptr;
     unsigned _flag = 0;
     void* _unRegistHandle = nullptr;
     DisplayConfig::DisplayConfigData* _slot = nullptr;
-    void* _reserved = nullptr;
-    DisplayConfig::Callback _callback;
-    std::thread::id _replayer;  // the thread that the stored value is being replayed on
 };
 
 }  // namespace zet

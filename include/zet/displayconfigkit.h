@@ -23,7 +23,7 @@ public:
 
     /// Registers an observer that ends with this object, with no user data. `flag` holds `DisplayConfigFlag` bits.
     /// Always 0, also for an identifier outside the table. One thread at a time.
-    int regist(std::int64_t id, const DisplayConfig::Callback& callback, int flag);
+    int regist(std::int64_t id, const DisplayConfig::Callback& callback, unsigned flag);
 
 protected:
     /// Ends all registrations in their order. Always 0.

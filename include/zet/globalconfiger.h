@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -61,12 +62,9 @@ public:
     std::recursive_mutex& getMutex();  ///< guards all but the base data
 
 private:
-    std::recursive_mutex _mutex;
-    IZETMediaPlayer* _player = nullptr;
-    MVConfigerBaseData _baseData;
-    std::int64_t _startTime = 0;
-    std::string _fontPath;
-    ErrorCallback _errorCallback;
+    struct Settings;
+
+    std::unique_ptr<Settings> _settings;
 };
 
 }  // namespace zet

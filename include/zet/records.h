@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <cstdint>
 
 namespace zet {
@@ -151,9 +150,20 @@ struct OverlayRect {
 /// Option bits of `DCFG_FACE_OPTION`.
 enum FaceOption : int { FACE_BOX = 1, FACE_GENDER = 2, FACE_AGE = 4, FACE_NAME = 8 };
 
-/// Settings whose record the bus keeps, so that a view that is made later still finds it.
-template <typename T>
-concept SettingRecord = std::same_as<T, Fling> || std::same_as<T, AutoRotate> || std::same_as<T, SceneBackdrop> ||
-    std::same_as<T, LensParam> || std::same_as<T, FrameColor>;
+/// Whether `Record` is a setting: the bus keeps a copy, so that a view that is made later still finds it.
+template <typename Record>
+inline constexpr bool isSetting = false;
+template <typename Record>
+inline constexpr bool isSetting<const Record> = isSetting<Record>;
+template <>
+inline constexpr bool isSetting<Fling> = true;
+template <>
+inline constexpr bool isSetting<AutoRotate> = true;
+template <>
+inline constexpr bool isSetting<SceneBackdrop> = true;
+template <>
+inline constexpr bool isSetting<LensParam> = true;
+template <>
+inline constexpr bool isSetting<FrameColor> = true;
 
 }  // namespace zet

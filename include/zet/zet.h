@@ -8,5 +8,6 @@
 #include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 #include "zet/records.h"
+#include "zet/version.h"
 #include "zet/zetdisplay.h"
 #include "zet/zetlog.h"

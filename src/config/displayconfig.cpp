@@ -3,8 +3,9 @@
 #include <bit>
 #include <climits>
 #include <cstring>
-#include <thread>
 #include <utility>
+
+#include "config/displayconfigdata.h"
 
 namespace zet {
 
@@ -18,16 +19,48 @@ std::uint32_t bitsOf(const void* word) {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(word));
 }
 
+constexpr std::int64_t firstGiven = displayConfigId(0x90000000);  // identifiers that all players of the interface share
+constexpr int givenSlots = 33;
+constexpr std::int64_t firstOwn = displayConfigId(0x90000101);  // this module's own
+constexpr int ownSlots = 8;
+
 }  // namespace
 
-DisplayConfig::DisplayConfig() = default;
+DisplayConfig::DisplayConfig() : _slots(new DisplayConfigData[givenSlots + ownSlots]) {}
 
 DisplayConfig::~DisplayConfig() = default;  // an array goes in reverse order: the last slot first
 
-DisplayConfig::DisplayConfigData::~DisplayConfigData() {
-    if (lastSize != 0) delete[] static_cast<char*>(lastData);
-    if (size != 0) delete[] static_cast<char*>(data);
-    for (const char* block : retired) delete[] block;
+DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
+    if (id >= firstGiven && id < firstGiven + givenSlots) return &_slots[static_cast<std::size_t>(id - firstGiven)];
+    if (id >= firstOwn && id < firstOwn + ownSlots)
+        return &_slots[static_cast<std::size_t>(givenSlots + id - firstOwn)];
+    return nullptr;
+}
+
+int DisplayConfig::setConfigData(std::int64_t id, void* data, int size) {
+    DisplayConfigData::Value value{data, size, std::unique_ptr<char[]>(size != 0 ? static_cast<char*>(data) : nullptr)};
+    DisplayConfigData* const slot = findSlot(id);
+    if (!slot) return -1;
+    slot->setConfigData(*this, id, std::move(value));
+    return 0;
+}
+
+int DisplayConfig::readConfig(std::int64_t id, float& value) {
+    DisplayConfigData* const slot = findSlot(id);
+    return slot ? slot->readConfig(*this, value) : -1;
+}
+
+void* DisplayConfig::registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag) {
+    DisplayConfigData* const slot = findSlot(id);
+    return slot && callback ? slot->registObserver(*this, id, callback, userData, flag) : nullptr;
+}
+
+int DisplayConfig::unRegistObserver(void*& handle) {
+    const void* const ended = std::exchange(handle, nullptr);
+    for (int i = 0; ended && i < givenSlots + ownSlots; ++i) {
+        if (_slots[static_cast<std::size_t>(i)].unRegistObserver(ended)) return 0;
+    }
+    return -1;
 }
 
 int DisplayConfig::setConfig(std::int64_t id, std::int32_t value) {
@@ -113,80 +146,36 @@ int DisplayConfig::getSize(const std::string& text) {
     return getSize(text.c_str());
 }
 
-void DisplayConfig::doEvent(DisplayConfigData& slot, unsigned event) {
-    // Ends also where an observer throws: then it is the setter that hears of it.
-    struct Walk {
-        Walk(DisplayConfigData& walked, unsigned word) : slot(walked), leaf(walked.leaf), outerState(walked.state) {
-            slot.state = static_cast<int>(word);
-            ++slot.deliveries;
-        }
-        ~Walk() {
-            if (!leaf.owns_lock()) leaf.lock();
-            if (--slot.deliveries > 0) {
-                slot.state = outerState;
-                return;
-            }
-            slot.observers.remove(nullptr);
-            const auto retired = std::exchange(slot.retired, {});
-            leaf.unlock();
-            for (const char* block : retired) delete[] block;
-        }
-        DisplayConfigData& slot;
-        std::unique_lock<std::mutex> leaf;
-        const int outerState;
-    } walk(slot, event);
-    for (const auto& entry : slot.observers) {
-        // Shared for the length of the call: another thread may end the registration meanwhile.
-        auto registration = entry;
-        if (!registration || (registration->_flag & event) == 0) continue;
-        // An older value that another thread is replaying comes first, and one at a time.
-        slot.replayed.wait(walk.leaf, [&] {
-            const auto replayer = registration->_replayer;
-            return replayer == std::thread::id() || replayer == std::this_thread::get_id();
-        });
-        const bool stands = entry != nullptr;
-        walk.leaf.unlock();
-        if (stands) registration->_callback(*this, *registration);
-        registration.reset();  // may be the last: what the observer holds goes outside the lock
-        walk.leaf.lock();
-    }
-}
-
 std::int64_t DisplayConfigUserData::getConfigId() const {
-    return _slot->configId;
+    return _slot->configId();
 }
 
 void* DisplayConfigUserData::getData() const {
-    return _slot->data;
+    return _slot->value().word;
 }
 
 void* DisplayConfigUserData::lastData() const {
-    return _slot->lastData;
+    return _slot->lastWord();
 }
 
 int DisplayConfigUserData::getState() const {
-    return _slot->state;
+    return _slot->state();
 }
 
 int DisplayConfigUserData::getBlockSize() const {
-    return _slot->size;
+    return _slot->value().size;
 }
 
 std::int32_t DisplayConfigUserData::getInt() const {
-    return static_cast<std::int32_t>(bitsOf(_slot->data));
+    return static_cast<std::int32_t>(bitsOf(getData()));
 }
 
 float DisplayConfigUserData::getFloat() const {
-    return std::bit_cast<float>(bitsOf(_slot->data));
+    return std::bit_cast<float>(bitsOf(getData()));
 }
 
 void DisplayConfigUserData::answer(float value) {
-    // Under the leaf lock: a registration on another thread may be taking the value for its replay.
-    const std::lock_guard leaf(_slot->leaf);
-    if (_slot->size != 0) _slot->retired.push_back(static_cast<char*>(_slot->data));
-    _slot->size = 0;
-    _slot->data = wordOf(std::bit_cast<std::uint32_t>(value));
-    _slot->answered = 1;
+    _slot->answer(wordOf(std::bit_cast<std::uint32_t>(value)));
 }
 
 }  // namespace zet

@@ -12,8 +12,8 @@ DisplayConfigKit::~DisplayConfigKit() {
     unRegistAll();
 }
 
-int DisplayConfigKit::regist(std::int64_t id, const DisplayConfig::Callback& callback, int flag) {
-    _handles.push_back(_config->registObserver(id, callback, nullptr, static_cast<unsigned>(flag)));
+int DisplayConfigKit::regist(std::int64_t id, const DisplayConfig::Callback& callback, unsigned flag) {
+    _handles.push_back(_config->registObserver(id, callback, nullptr, flag));
     return 0;
 }
 

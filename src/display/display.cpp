@@ -49,7 +49,7 @@ void Display::observe(std::int64_t id, unsigned mask, Observer observer) {
         const Door::Pass inside(*door);
         return inside ? (this->*observer)(config, delivery) : 0;
     };
-    regist(id, pass, static_cast<int>(mask));
+    regist(id, pass, mask);
 }
 
 int Display::onRenderModeChange(DisplayConfig&, DisplayConfigUserData& delivery) {

@@ -47,7 +47,7 @@ int Display::init() {
     if (!eglChooseConfig(_eglDisplay, configAttributes, &_eglConfig, 1, &found) || found < 1) return -1;
     _eglContext = eglCreateContext(_eglDisplay, _eglConfig, EGL_NO_CONTEXT, contextAttributes);
     if (!_eglContext) return -1;
-    _config->setConfig(DCFG_GL_CONTEXT, static_cast<const void*>(_eglContext));
+    _config->setConfig(DCFG_GL_CONTEXT, _eglContext);
     ZETLog::instance().error("Display::init end");
     return 0;
 }

@@ -38,7 +38,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
         snap->height = viewport.height;
     } else if (_renderMode != flatMode && _frame.isCropped) {
         // Only a part of the frame is in force; the player has the whole of it, top row first.
-        _config->setConfig(DCFG_FRAME_READ, static_cast<const void*>(snap));
+        _config->setConfig(DCFG_FRAME_READ, snap);
         topRowFirst = true;
     } else {
         if (!_reader) _reader = std::make_unique<FrameReader>();

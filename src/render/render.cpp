@@ -34,7 +34,7 @@ void Render::observe(std::int64_t id, unsigned mask, const Work& work) {
     const auto callback = [work](DisplayConfig& config, DisplayConfigUserData& delivery) {
         return work(delivery) ? config.setConfig(DCFG_RENDER_REQUEST, nullptr) : 0;
     };
-    regist(id, callback, static_cast<int>(mask));
+    regist(id, callback, mask);
 }
 
 void Render::observeOnRenderThread(std::int64_t id, unsigned mask, const Work& work) {
@@ -53,7 +53,7 @@ void Render::observeOnRenderThread(std::int64_t id, unsigned mask, const Work& w
         // Outside the door: an observer of the request may wait for the render thread.
         return redraw ? config.setConfig(DCFG_RENDER_REQUEST, nullptr) : 0;
     };
-    regist(id, callback, static_cast<int>(mask));
+    regist(id, callback, mask);
 }
 
 void Render::observeGestures() {

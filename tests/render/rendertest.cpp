@@ -125,7 +125,8 @@ TEST_F(RenderNumbers, ignoresWhatIsNoNumberAndNoRecord) {
         bus.setConfig(DCFG_FLING, &fling);
         bus.setConfig(DCFG_AUTO_ROTATE, &rotate);
     }
-    for (const std::int64_t id : {DCFG_DOUBLE_TAP, DCFG_DRAG, DCFG_FLING, DCFG_AUTO_ROTATE, DCFG_SCENE_BACKDROP}) {
+    for (const std::int64_t id : std::initializer_list<std::int64_t>{DCFG_DOUBLE_TAP, DCFG_DRAG, DCFG_FLING,
+                                                                     DCFG_AUTO_ROTATE, DCFG_SCENE_BACKDROP}) {
         bus.setConfig(id, nullptr);
         bus.setConfig(id, SizeHelp{"abc", 4});
     }

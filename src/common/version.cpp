@@ -1,0 +1,9 @@
+#include "zet/version.h"
+
+namespace zet {
+
+int version() {
+    return ZET_VERSION;
+}
+
+}  // namespace zet
