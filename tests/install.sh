@@ -25,3 +25,12 @@ step g++ -std=c++20 -Wall -Wextra -Werror -o "$scratch/plain" "$example/main.cpp
 export LD_LIBRARY_PATH
 LD_LIBRARY_PATH=$(pkg-config --variable=libdir zetdisplay)
 step "$scratch/plain" --frames 10
+
+# The window of a toolkit.
+if pkg-config --exists Qt5Gui; then
+    step cmake -S "${example%/*}/qt" -B "$scratch/qt" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/moved"
+    step cmake --build "$scratch/qt"
+    QT_QPA_PLATFORM=xcb step "$scratch/qt/qtplayer" --frames 10
+else
+    echo "not tried: examples/qt, as Qt 5 isn't here"
+fi

@@ -20,10 +20,11 @@ constexpr std::int64_t displayConfigId(std::uint32_t lowWord) {
 }
 
 struct NativeHandle;  ///< kind of an identifier whose value is a handle of the platform
-struct NoValue;       ///< kind of an identifier that carries nothing
+struct WithoutValue;  ///< kind of an identifier that carries nothing
 
 /// An identifier and the kind of its value, by which the compiler checks what is set: a number, `NativeHandle`,
-/// `NoValue`, or a record. The record is const where the module only reads it. Elsewhere an identifier is its number.
+/// `WithoutValue`, or a record. The record is const where the module only reads it. Elsewhere an identifier is its
+/// number.
 template <typename Value>
 class ConfigId {
 public:
@@ -44,7 +45,7 @@ inline constexpr ConfigId<NativeHandle> DCFG_WINDOW_INSTANCE{displayConfigId(0x9
 inline constexpr ConfigId<const YUV420PData> DCFG_YUV_FRAME{displayConfigId(0x90000002)};
 /// No value. Asks for 30 further draws of the current frame, counted from now; never waits for the render thread. The
 /// module sets it too, on the render thread among others: its observers only store a flag, and set and read nothing.
-inline constexpr ConfigId<NoValue> DCFG_RENDER_REQUEST{displayConfigId(0x90000003)};
+inline constexpr ConfigId<WithoutValue> DCFG_RENDER_REQUEST{displayConfigId(0x90000003)};
 /// `TouchPoint`, surface pixels from the top left corner.
 inline constexpr ConfigId<const TouchPoint> DCFG_TOUCH_DOWN{displayConfigId(0x90000004)};
 /// `TouchPoint`, surface pixels from the top left corner.

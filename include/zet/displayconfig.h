@@ -69,7 +69,7 @@ public:
             return setConfig(number, static_cast<Value>(given));
         } else if constexpr (std::is_same_v<Value, NativeHandle>) {
             return setConfig(number, handleWord(given));
-        } else if constexpr (std::is_same_v<Value, NoValue>) {
+        } else if constexpr (std::is_same_v<Value, WithoutValue>) {
             static_assert(std::is_null_pointer_v<Given>, "this identifier has no value: give it nullptr");
             return setConfig(number, nullptr);
         } else if constexpr (std::is_same_v<Given, SizeHelp>) {
