@@ -21,7 +21,7 @@ for compiler in "${compilers[@]}"; do
 done
 
 statement() {
-    printf '%s\n' '#include "zet/zet.h"' 'using namespace zet;' 'enum Mode { map = 4 };' \
+    printf '%s\n' '#include "zet/zet.h"' 'using namespace zet;' \
         "void f(DisplayConfig& bus, DragPoints& drag, Fling& fling, const SnapData& filled) { (void)drag; (void)fling;" \
         "(void)filled; $1; }" | compile "${compilers[0]}" c++17 2>/dev/null
 }
@@ -36,7 +36,7 @@ bus.setConfig(DCFG_WINDOW_INSTANCE, 0)
 bus.setConfig(DCFG_WINDOW_INSTANCE, static_cast<void*>(&bus))
 bus.setConfig(DCFG_WINDOW_INSTANCE, nullptr)
 bus.setConfig(DCFG_SCALE, 3)
-bus.setConfig(DCFG_RENDER_MODE, map)
+bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_MAP)
 bus.setConfig(DCFG_CLEAR_COLOR, 0xff0000)
 bus.setConfig(DCFG_DRAG, &drag)
 bus.setConfig(DCFG_DRAG, nullptr)

@@ -46,7 +46,7 @@ int main(int count, char** words) {
     zet::GlobalConfiger global;
     zet::DisplayConfig bus;
     const auto display = zet::CreateZETDisplay(&bus, &global);
-    bus.setConfig(zet::DCFG_RENDER_MODE, 1);  // the half sphere
+    bus.setConfig(zet::DCFG_RENDER_MODE, zet::RENDER_MODE_HALF_SPHERE);
     bus.setConfig(zet::DCFG_WINDOW_INSTANCE, window);
 
     Picture picture;

@@ -1,6 +1,6 @@
-// A player in a Qt window: drag to look around, wheel to zoom, keys 0 to 9 for the views. In a program of widgets put the
-// window into one with QWidget::createWindowContainer.
-// qtplayer [--frames N] ends when its window is closed, or after N frames; then with 1 if it shows nothing.
+// A player in a Qt window: drag to look around, wheel to zoom, keys 0 to 9 for the views. In a program of widgets put
+// the window into one with QWidget::createWindowContainer. qtplayer [--frames N] ends when its window is closed, or
+// after N frames; then with 1 if it shows nothing.
 #include <zet/zet.h>
 
 #include <QGuiApplication>
@@ -30,7 +30,7 @@ struct Picture {
 class View : public QWindow {
 public:
     View() {
-        _bus.setConfig(zet::DCFG_RENDER_MODE, 1);  // the half sphere
+        _bus.setConfig(zet::DCFG_RENDER_MODE, zet::RENDER_MODE_HALF_SPHERE);
         resize(960, 600);
     }
     // Before the bus goes, and before Qt destroys the native window.

@@ -59,7 +59,7 @@ inline constexpr ConfigId<const DragPoints> DCFG_DRAG{displayConfigId(0x90000008
 /// Set by the module on the render thread: its EGL context by value once it stands, null before it goes. Observers must
 /// not set or read anything on the bus.
 inline constexpr ConfigId<NativeHandle> DCFG_GL_CONTEXT{displayConfigId(0x9000000b)};
-/// Int by value: the view, 0 to 10; any other number shows none. The setter waits until the view stands.
+/// Int by value: the view, a `RenderMode`; any other number shows none. The setter waits until the view is made.
 inline constexpr ConfigId<std::int32_t> DCFG_RENDER_MODE{displayConfigId(0x9000000c)};
 /// `SnapData`. The setter waits until the picture is in its buffer.
 inline constexpr ConfigId<SnapData> DCFG_SNAP{displayConfigId(0x9000000e)};

@@ -53,8 +53,8 @@ struct YUV420PData {
     const void* aiItems = nullptr;    ///< `FaceItem` or `RectItem`, by `aiKind`
     const int* aiKind = nullptr;      ///< an `AiKind`; read only if `aiCount` is not 0
     /// Four numbers: centre x, y and radius x, y of the lens circle, in 1/10000 of `width` (x) or `height` (y). Null:
-    /// the largest square at the picture's top left corner is taken. Mode 10 takes a rectangle, without one the whole
-    /// picture; the flat view doesn't look at it.
+    /// the largest square at the picture's top left corner is taken. See `ShownPart` for what a view makes of it: one
+    /// takes the rectangle, without it the whole picture; the flat view doesn't look at it.
     const int* lensRegion = nullptr;
 };
 

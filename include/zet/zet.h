@@ -8,6 +8,7 @@
 #include "zet/displayconfigkit.h"
 #include "zet/globalconfiger.h"
 #include "zet/records.h"
+#include "zet/rendermode.h"
 #include "zet/version.h"
 #include "zet/zetdisplay.h"
 #include "zet/zetlog.h"

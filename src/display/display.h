@@ -16,6 +16,7 @@
 #include "render/frame.h"
 #include "render/renderthread.h"
 #include "zet/displayconfigkit.h"
+#include "zet/rendermode.h"
 
 namespace zet::ZETShow {
 
@@ -72,6 +73,8 @@ private:
     void uploadFrame(const YUV420PData& frame);
     void copyItems(const YUV420PData& frame);
     int colorTask(const DisplayConfigUserData& delivery);
+    /// What the mode in force shows of the frame; the square for a mode that no view has.
+    ShownPart shownPart() const;
     /// Works the lens region out as the mode in force wants it.
     void findRegion();
     int drawFrame();
@@ -103,7 +106,7 @@ private:
     // The frame and its view. Render thread.
     int _surfaceWidth = 0;  // pixels, as of the last draw
     int _surfaceHeight = 0;
-    int _renderMode = 0;
+    int _renderMode = RENDER_MODE_FLAT;         // as it was set: no view may have it
     std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
     int _uvBufferSize = 0;                      // bytes in use by the last frame
     bool _refusing = false;                     // the last frame was refused, and that has been said

@@ -13,8 +13,6 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int wall180Mode = 10;  // the one view that keeps a crop that isn't square
-
 // GL reads each row of a client picture from a multiple of 4 bytes on; a texel of interleaved U and V has 2.
 bool rowsAreAligned(const YUV420PData& frame) {
     return frame.yLineSize % 4 == 0 && frame.uvLineSize % 2 == 0;
@@ -89,8 +87,13 @@ void Display::copyItems(const YUV420PData& frame) {
     }
 }
 
+ShownPart Display::shownPart() const {
+    const RenderModeInfo* const known = findRenderMode(_renderMode);
+    return known ? known->part : ShownPart::lensSquare;
+}
+
 void Display::findRegion() {
-    _frame.findRegion(_renderMode != wall180Mode);
+    _frame.findRegion(shownPart() != ShownPart::lensRectangle);
 }
 
 int Display::colorTask(const DisplayConfigUserData& delivery) {

@@ -10,8 +10,6 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int flatMode = 0;  // shows the whole frame
-
 constexpr int rgbaFormat = 26;  // AV_PIX_FMT_RGBA, whose header only textfilter.cpp includes
 
 // Upside down in place: GL gives the bottom row first.
@@ -36,7 +34,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
         if (FrameReader::readScreen(viewport, snap->buffer, snap->bufferSize) != 0) return -1;
         snap->width = viewport.width;
         snap->height = viewport.height;
-    } else if (_renderMode != flatMode && _frame.isCropped) {
+    } else if (shownPart() != ShownPart::frame && _frame.isCropped) {
         // Only a part of the frame is in force; the player has the whole of it, top row first.
         _config->setConfig(DCFG_FRAME_READ, snap);
         topRowFirst = true;

@@ -10,6 +10,7 @@
 #include "views/walloneviewrender.h"
 #include "views/wallthreeviewrender.h"
 #include "views/walltwoviewrender.h"
+#include "zet/rendermode.h"
 
 namespace zet::ZETShow {
 
@@ -26,34 +27,33 @@ std::shared_ptr<Render> make(const ColorTransform& color, const Arguments&... ar
 
 std::shared_ptr<Render> createRender(int mode, const ColorTransform& color, DisplayConfig* config,
                                      RenderThread* thread) {
-    switch (mode) {
-        case 0:
+    switch (static_cast<RenderMode>(mode)) {  // no default: the compiler names a mode that is left out
+        case RENDER_MODE_FLAT:
             return make<CommonRender>(color, config, thread, std::make_shared<CommonMotion>());
-        case 1:
+        case RENDER_MODE_HALF_SPHERE:
             return make<HalfSphereRender>(color, config, thread, std::make_shared<HalfSphereMotion>());
-        case 2:
+        case RENDER_MODE_PANORAMA:
             return make<CylinderSideRender>(color, config, thread, std::make_shared<CylinderSideMotion>());
-        case 3:
+        case RENDER_MODE_FOUR_PANE:
             return make<MultiViewRender>(color, config, thread, std::make_shared<MultiViewMotion>());
-        case 4:
+        case RENDER_MODE_MAP:
             return make<MultiViewMapRender>(color, config, thread, std::make_shared<MultiViewMapMotion>());
-        case 5:
+        case RENDER_MODE_DRUM:
             return make<CylinderSphereRender>(color, config, thread, std::make_shared<CylinderSphereMotion>(drumPose),
                                               CylinderSphereRender::Variant::drum);
-        case 6:
+        case RENDER_MODE_BOWL:
             return make<CylinderSphereRender>(color, config, thread, std::make_shared<CylinderSphereMotion>(bowlPose),
                                               CylinderSphereRender::Variant::bowl);
-        case 7:
+        case RENDER_MODE_WALL_THREE:
             return make<WallThreeViewRender>(color, config, thread, std::make_shared<WallThreeViewMotion>());
-        case 8:
+        case RENDER_MODE_WALL_TWO:
             return make<WallTwoViewRender>(color, config, thread, std::make_shared<WallTwoViewMotion>());
-        case 9:
+        case RENDER_MODE_WALL_ONE:
             return make<WallOneViewRender>(color, config, thread, std::make_shared<WallZoom>(wallOneZoom));
-        case 10:
+        case RENDER_MODE_WALL_180:
             return make<WallOneView180Render>(color, config, thread, std::make_shared<WallOneView180Motion>());
-        default:
-            return nullptr;
     }
+    return nullptr;
 }
 
 }  // namespace zet::ZETShow

@@ -11,7 +11,7 @@
 
 namespace zet::ZETShow {
 
-/// Mode 0, the flat view: the whole frame on one quad, fitted to the window with its aspect kept.
+/// The flat view: the whole frame on one quad, fitted to the window with its aspect kept.
 class CommonRender final : public Render {
 public:
     CommonRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CommonMotion>& motion);

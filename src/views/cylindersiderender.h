@@ -8,7 +8,7 @@
 
 namespace zet::ZETShow {
 
-/// Mode 2, the panorama: the lens circle unrolled into one flat strip, its rim at the top.
+/// The panorama: the lens circle unrolled into one flat strip, its rim at the top.
 class CylinderSideRender final : public Render {
 public:
     CylinderSideRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<CylinderSideMotion>& motion);

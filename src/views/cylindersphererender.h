@@ -8,7 +8,7 @@
 
 namespace zet::ZETShow {
 
-/// Modes 5 and 6, the drum and the bowl: the lens circle on a solid shape in the dark. The one view with a depth test,
+/// The drum and the bowl: the lens circle on a solid shape in the dark. The one view with a depth test,
 /// which its `init` switches on and every other view's `init` switches off.
 class CylinderSphereRender final : public Render {
 public:

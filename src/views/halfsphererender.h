@@ -9,7 +9,7 @@
 
 namespace zet::ZETShow {
 
-/// Mode 1, the half sphere: the fisheye picture as the inside of a bowl that floats in a dark scene.
+/// The half sphere: the fisheye picture as the inside of a bowl that floats in a dark scene.
 class HalfSphereRender final : public Render {
 public:
     HalfSphereRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<HalfSphereMotion>& motion);

@@ -7,7 +7,7 @@
 
 namespace zet::ZETShow {
 
-/// Mode 4: the whole dome as a map on the left, a look along its wall on the right, and the part that the right shows
+/// The map: the whole dome as a map on the left, a look along its wall on the right, and the part that the right shows
 /// lit up on the left.
 class MultiViewMapRender final : public Render {
 public:

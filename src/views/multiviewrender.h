@@ -6,7 +6,7 @@
 
 namespace zet::ZETShow {
 
-/// Mode 3: four cameras inside the dome, each with a pane of its own in a grid of two by two.
+/// The view four-pane: four cameras inside the dome, each with a pane of its own in a grid of two by two.
 class MultiViewRender final : public Render {
 public:
     MultiViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<MultiViewMotion>& motion);

@@ -6,8 +6,8 @@
 
 namespace zet::ZETShow {
 
-/// Mode 10: the frame of a camera on a wall, flat from far and bent into a dome around the camera when near. It takes
-/// the lens region as it is, not squared.
+/// The view wall-180: the frame of a camera on a wall, flat from far and bent into a dome around the camera when near.
+/// It takes the lens region as it is, not squared.
 class WallOneView180Render final : public Render {
 public:
     WallOneView180Render(DisplayConfig* config, RenderThread* thread,

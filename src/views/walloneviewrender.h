@@ -6,8 +6,8 @@
 
 namespace zet::ZETShow {
 
-/// Mode 9: the lens circle of a camera on a wall, on a dome that a camera on its axis sees whole from far and may look
-/// about in when near.
+/// The view wall-one: the lens circle of a camera on a wall, on a dome that a camera on its axis sees whole from far
+/// and may look about in when near.
 class WallOneViewRender final : public Render {
 public:
     WallOneViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<WallZoom>& motion);

@@ -6,7 +6,8 @@
 
 namespace zet::ZETShow {
 
-/// Mode 7: the left and the right of what a wall-mounted lens sees, and below both a panorama of it. No gestures.
+/// The view wall-three: the left and the right of what a wall-mounted lens sees, and below both a panorama of it. No
+/// gestures.
 class WallThreeViewRender final : public Render {
 public:
     WallThreeViewRender(DisplayConfig* config, RenderThread* thread,

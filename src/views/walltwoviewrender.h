@@ -7,8 +7,8 @@
 
 namespace zet::ZETShow {
 
-/// Mode 8: the whole picture of a wall-mounted lens as an overview on the left, a camera that turns on the right, and
-/// the part that the right shows lit up on the left. Nothing moves by itself here.
+/// The view wall-two: the whole picture of a wall-mounted lens as an overview on the left, a camera that turns on the
+/// right, and the part that the right shows lit up on the left. Nothing moves by itself here.
 class WallTwoViewRender final : public Render {
 public:
     WallTwoViewRender(DisplayConfig* config, RenderThread* thread, const std::shared_ptr<WallTwoViewMotion>& motion);
