@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "pngfile.h"
-#include "views.h"
+#include "zet/rendermode.h"
 
 namespace zetplay {
 
@@ -127,7 +127,7 @@ void Controls::handleKey(const SDL_KeyboardEvent& event) {
     if (key >= SDLK_0 && key <= SDLK_9) return changeView(key - SDLK_0);
     switch (key) {
         case SDLK_MINUS:
-            changeView(10);
+            changeView(zet::RENDER_MODE_WALL_180);
             break;
         case SDLK_SPACE:
             _paused = !_paused;

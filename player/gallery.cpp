@@ -6,7 +6,7 @@
 #include "contactsheet.h"
 #include "pngfile.h"
 #include "progress.h"
-#include "views.h"
+#include "zet/rendermode.h"
 
 namespace zetplay {
 
@@ -15,10 +15,11 @@ namespace {
 // The views need a draw or two to bring their cameras within limits.
 constexpr int drawsForView = 3;
 
-std::string fileName(int view) {
-    std::string number = std::to_string(view);
+// "04-map"
+std::string titleOf(const zet::RenderModeInfo& view) {
+    std::string number = std::to_string(view.mode);
     number.insert(0, 2 - number.size(), '0');
-    return number + "-" + std::string(viewName(view)) + ".png";
+    return number + "-" + std::string(view.name);
 }
 
 void fetchPicture(Session& session) {
@@ -27,14 +28,14 @@ void fetchPicture(Session& session) {
     session.drawNext();
 }
 
-Image showView(Session& session, int view) {
-    session.setView(view);
+Image showView(Session& session, const zet::RenderModeInfo& view) {
+    session.setView(view.mode);
     for (int i = 0; i < drawsForView; ++i) {
         session.feed.showAgain();
         session.driver.waitDrawn();
     }
-    // A snapshot is refused where no view stands; the window would go on showing the last one.
-    if (!session.snap(false)) throw Failure("the module has no view " + std::string(viewName(view)));
+    // A snapshot is refused where there is no view; the window would go on showing the last one.
+    if (!session.snap(false)) throw Failure("the module has no view " + std::string(view.name));
     return session.window->grab();
 }
 
@@ -49,12 +50,13 @@ void makeGallery(Session& session) {
     session.driver.setOpeningFlight(false);
     fetchPicture(session);
     ContactSheet sheet(session.window->width(), session.window->height());
-    Progress progress("gallery", viewCount + 1);
-    for (int view = 0; view < viewCount && !session.closing(); ++view) {
+    Progress progress("gallery", static_cast<int>(zet::renderModes.size()) + 1);
+    for (const zet::RenderModeInfo& view : zet::renderModes) {
+        if (session.closing()) return;
         session.drainEvents();
         const Image image = showView(session, view);
-        writePng(directory / fileName(view), image);
-        sheet.add(image, fileName(view).substr(0, fileName(view).size() - 4));
+        writePng(directory / (titleOf(view) + ".png"), image);
+        sheet.add(image, titleOf(view));
         progress.step();
     }
     if (session.closing()) return;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "views.h"
+#include "zet/rendermode.h"
 
 namespace zetplay {
 
@@ -25,11 +25,11 @@ float distance(zet::TouchPoint a, zet::TouchPoint b) {
 }  // namespace
 
 std::optional<Gesture> gestureForView(const Gesture& gesture, int view) {
-    if (const auto* drag = std::get_if<zet::DragPoints>(&gesture); drag && view == flatView)
+    if (const auto* drag = std::get_if<zet::DragPoints>(&gesture); drag && view == zet::RENDER_MODE_FLAT)
         return zet::DragPoints{drag->x2, drag->y2, drag->x1, drag->y1};
     if (const auto* fling = std::get_if<zet::Fling>(&gesture)) {
-        if (view == flatView) return std::nullopt;
-        if (view == wallTwoView) return zet::Fling{-fling->vx, -fling->vy};
+        if (view == zet::RENDER_MODE_FLAT) return std::nullopt;
+        if (view == zet::RENDER_MODE_WALL_TWO) return zet::Fling{-fling->vx, -fling->vy};
     }
     return gesture;
 }

@@ -41,7 +41,7 @@ std::optional<Size> parseSize(std::string_view text) {
 
 void setView(Options& options, const std::string& text) {
     const auto view = viewFromText(text);
-    if (!view) refuse("--view", text, "a view: 0 to 10, or a name such as half-sphere");
+    if (!view) refuse("--view", text, "a view: " + viewNumbers() + ", or a name such as half-sphere");
     options.view = *view;
 }
 
@@ -100,10 +100,7 @@ struct Texts {
 void describe(CLI::App& app, Options& options, Texts& texts) {
     app.add_option("INPUT", options.input, "Video, still picture or .y4m file; none for the synthetic camera")
         ->option_text(" ");
-    app.add_option("--view", texts.view,
-                   "0 to 10, or flat, half-sphere, panorama, four-pane, map, drum, bowl, "
-                   "wall-three, wall-two, wall-one, wall-180")
-        ->option_text("VIEW");
+    app.add_option("--view", texts.view, viewNumbers() + ", or " + viewNames())->option_text("VIEW");
     app.add_option("--size", texts.size, "Window size in pixels [1280x720]")->option_text("WxH");
     app.add_option("--lens", texts.lens, "Lens circle in 1/10000 of the picture; auto finds and prints it")
         ->option_text("CX,CY,RX,RY|auto|none");
@@ -139,7 +136,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
 
 /// Options are read one at a time, so a wrong one is named by itself.
 void apply(const CLI::App& app, const Texts& texts, Options& options) {
-    options.view = options.input.empty() ? halfSphereView : flatView;
+    options.view = options.input.empty() ? zet::RENDER_MODE_HALF_SPHERE : zet::RENDER_MODE_FLAT;
     if (app.count("--view") > 0) setView(options, texts.view);
     if (app.count("--size") > 0) setSize(options, texts.size);
     if (app.count("--lens") > 0) setLens(options, texts.lens);

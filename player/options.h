@@ -9,6 +9,7 @@
 
 #include "annotations.h"
 #include "source.h"
+#include "zet/rendermode.h"
 
 namespace zetplay {
 
@@ -27,7 +28,7 @@ struct LensToFind {};  ///< in the first pictures
 /// The command line.
 struct Options {
     std::string input;  ///< empty for the synthetic camera
-    int view = 0;
+    int view = zet::RENDER_MODE_FLAT;
     int width = 1280;  ///< of the window, pixels
     int height = 720;
     std::variant<LensOfMetadata, NoLens, LensToFind, LensRegion> lens;

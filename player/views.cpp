@@ -1,30 +1,33 @@
 #include "views.h"
 
 #include <algorithm>
-#include <array>
 
 #include "words.h"
+#include "zet/rendermode.h"
 
 namespace zetplay {
 
-namespace {
-
-constexpr std::array<std::string_view, viewCount> names = {"flat",     "half-sphere", "panorama", "four-pane",
-                                                           "map",      "drum",        "bowl",     "wall-three",
-                                                           "wall-two", "wall-one",    "wall-180"};
-
-}  // namespace
-
 std::string_view viewName(int view) {
-    return view >= 0 && view < viewCount ? names[static_cast<std::size_t>(view)] : std::string_view{};
+    const zet::RenderModeInfo* const known = zet::findRenderMode(view);
+    return known ? known->name : std::string_view{};
+}
+
+std::string viewNumbers() {
+    return "0 to " + std::to_string(zet::renderModes.size() - 1);
+}
+
+std::string viewNames() {
+    std::string names;
+    for (const zet::RenderModeInfo& known : zet::renderModes) (names += names.empty() ? "" : ", ") += known.name;
+    return names;
 }
 
 std::optional<int> viewFromText(std::string_view text) {
-    const auto name = std::find(names.begin(), names.end(), text);
-    if (name != names.end()) return static_cast<int>(name - names.begin());
+    const auto* const named = std::find_if(zet::renderModes.begin(), zet::renderModes.end(),
+                                           [&](const zet::RenderModeInfo& known) { return known.name == text; });
+    if (named != zet::renderModes.end()) return named->mode;
     const auto number = parseNumber<int>(text);
-    if (number && *number >= 0 && *number < viewCount) return number;
-    return std::nullopt;
+    return number && zet::findRenderMode(*number) ? number : std::nullopt;
 }
 
 }  // namespace zetplay
