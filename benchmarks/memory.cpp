@@ -53,7 +53,8 @@ int main() {
         config.setConfig(zet::DCFG_YUV_FRAME, &frame);
     });
     count("mode changes", [&](int i) {
-        config.setConfig(zet::DCFG_RENDER_MODE, i % 11);
+        config.setConfig(zet::DCFG_RENDER_MODE,
+                         zet::renderModes[static_cast<std::size_t>(i) % zet::renderModes.size()].mode);
         config.setConfig(zet::DCFG_YUV_FRAME, &frame);
     });
 }

@@ -6,6 +6,7 @@
 
 #include "driver/process.h"
 #include "driver/report.h"
+#include "zet/rendermode.h"
 
 namespace bench {
 
@@ -20,12 +21,9 @@ struct Run {
     int framesARound = quick ? 20 : 40;  // 30 a second
 };
 
-inline constexpr const char* viewNames[] = {"flat", "half sphere", "strip",    "four panes", "map",     "drum",
-                                            "bowl", "wall three",  "wall two", "wall one",   "wall 180"};
-
 /// Arguments of a worker, see worker/main.cpp. The size of a frame is the view's own where none is given.
 struct Scene {
-    int view = 0;
+    zet::RenderMode view = zet::RENDER_MODE_FLAT;
     int frameWidth = 1920;
     int frameHeight = 0;
     int windowWidth = 1280;

@@ -50,7 +50,7 @@ std::string describe(const std::string& folder) {
 void tellMachine(const bench::Run& run, bench::Report& report) {
     utsname kernel{};
     uname(&kernel);
-    bench::Worker floor(bench::workerCommand(run, "floor", {.view = 0}));
+    bench::Worker floor(bench::workerCommand(run, "floor", {.view = zet::RENDER_MODE_FLAT}));
     std::string renderer = floor.ask("about");
     renderer.erase(std::remove(renderer.begin(), renderer.end(), '\n'), renderer.end());
     double load = 0;

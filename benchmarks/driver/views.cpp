@@ -17,7 +17,8 @@ namespace {
 constexpr double floorTarget = 1.05;
 // Of the time that the views took when each frame was cut out into a texture of its own first, in this commit.
 const char* const againstCommit = "687d3aa";
-constexpr double againstTargets[] = {0.50, 0.25, 0.16, 0.28, 0.28, 0.18, 0.18, 0.29, 0.34, 0.23, 0.24};
+constexpr double againstTargets[zet::renderModes.size()] = {0.50, 0.25, 0.16, 0.28, 0.28, 0.18,
+                                                            0.18, 0.29, 0.34, 0.23, 0.24};
 // Floor and module add up the same numbers in another order, so colours may round to another level, and a pixel on the
 // edge of a triangle may fall to its other side. Whatever a floor leaves out, be it a line, is more than that.
 constexpr double pictureTarget = 0.1;  // mean over all pixels and colours, of 255 levels
@@ -54,7 +55,7 @@ Difference differenceOf(const std::vector<unsigned char>& a, const std::vector<u
     return {sum / count, 100 * wrong / (count / 3)};
 }
 
-void addHeap(const Run& run, Worker& module, const char* view, Report& report) {
+void addHeap(const Run& run, Worker& module, const std::string& view, Report& report) {
     std::istringstream answer(module.ask("heap " + std::to_string(run.framesARound)));
     double own = 0;
     double driver = 0;
@@ -72,10 +73,10 @@ void addHeap(const Run& run, Worker& module, const char* view, Report& report) {
 }  // namespace
 
 std::vector<std::string> workerCommand(const Run& run, const std::string& name, const Scene& scene) {
-    const int height = scene.frameHeight != 0 ? scene.frameHeight : scene.view == 0 ? 1080 : 1920;
+    const int height = scene.frameHeight != 0 ? scene.frameHeight : scene.view == zet::RENDER_MODE_FLAT ? 1080 : 1920;
     std::vector<std::string> command{run.build + "/benchmarks/bench_" + name};
-    for (const int number :
-         {scene.view, scene.frameWidth, height, scene.windowWidth, scene.windowHeight, scene.displays, scene.faces}) {
+    for (const int number : {int{scene.view}, scene.frameWidth, height, scene.windowWidth, scene.windowHeight,
+                             scene.displays, scene.faces}) {
         command.push_back(std::to_string(number));
     }
     return command;
@@ -113,14 +114,17 @@ double medianRatio(const std::vector<double>& ours, const std::vector<double>& o
 
 bool checkPictures(const Run& run, Report& report) {
     bool same = true;
-    for (int view = 0; view <= 10; ++view) {
-        Worker module(workerCommand(run, "module", {.view = view}));
-        Worker floor(workerCommand(run, "floor", {.view = view}));
+    for (const zet::RenderModeInfo& view : zet::renderModes) {
+        Worker module(workerCommand(run, "module", {.view = view.mode}));
+        Worker floor(workerCommand(run, "floor", {.view = view.mode}));
         const auto [mean, wrong] = differenceOf(grab(run, module), grab(run, floor));
-        report.add(
-            {.table = "pictures", .what = viewNames[view], .value = mean, .unit = "levels", .atMost = pictureTarget});
         report.add({.table = "pictures",
-                    .what = std::string(viewNames[view]) + ", wrong pixels",
+                    .what = std::string(view.name),
+                    .value = mean,
+                    .unit = "levels",
+                    .atMost = pictureTarget});
+        report.add({.table = "pictures",
+                    .what = std::string(view.name) + ", wrong pixels",
                     .value = wrong,
                     .unit = "%",
                     .atMost = wrongTarget});
@@ -130,32 +134,32 @@ bool checkPictures(const Run& run, Report& report) {
 }
 
 void measureViews(const Run& run, Report& report) {
-    for (int view = 0; view <= 10; ++view) {
-        Worker module(workerCommand(run, "module", {.view = view}));
-        Worker floor(workerCommand(run, "floor", {.view = view}));
+    for (const zet::RenderModeInfo& view : zet::renderModes) {
+        Worker module(workerCommand(run, "module", {.view = view.mode}));
+        Worker floor(workerCommand(run, "floor", {.view = view.mode}));
         std::vector<Worker*> workers{&module, &floor};
         std::unique_ptr<Worker> other;
         if (!run.against.empty()) {
-            other = std::make_unique<Worker>(workerCommand(run, "against", {.view = view}));
+            other = std::make_unique<Worker>(workerCommand(run, "against", {.view = view.mode}));
             workers.push_back(other.get());
         }
         const auto times = measureInTurn(run, workers);
         for (std::size_t i = 1; i < times.size(); ++i) {
             Row row{.table = "views",
-                    .what = viewNames[view],
+                    .what = std::string(view.name),
                     .value = median(times[0]),
                     .unit = "ms",
                     .beside = i == 1 ? "floor" : "before",
                     .besideValue = median(times[i]),
                     .ratio = medianRatio(times[0], times[i])};
             if (i == 1) row.atMost = floorTarget;
-            if (i == 2 && run.againstVersion == againstCommit) row.atMost = againstTargets[view];
+            if (i == 2 && run.againstVersion == againstCommit) row.atMost = againstTargets[view.mode];
             report.add(row);
         }
     }
-    for (int view = 0; view <= 10; ++view) {
-        Worker module(workerCommand(run, "module", {.view = view}));
-        addHeap(run, module, viewNames[view], report);
+    for (const zet::RenderModeInfo& view : zet::renderModes) {
+        Worker module(workerCommand(run, "module", {.view = view.mode}));
+        addHeap(run, module, std::string(view.name), report);
     }
 }
 

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "zet/rendermode.h"
+
 namespace bench {
 
 namespace {
@@ -191,34 +193,35 @@ View wallOne(Size window) {
 
 View makeView(int number, Size window, Size frame) {
     const Mat4 wide = frustum(aspect(window), 1, 1, 25);
-    switch (number) {
-        case 1:
+    switch (static_cast<zet::RenderMode>(number)) {
+        case zet::RENDER_MODE_HALF_SPHERE:
             return onePane(window, pressedDome, farBowl, wide * translation(0, 0, -6.1f));
-        case 2:
+        case zet::RENDER_MODE_PANORAMA:
             return onePane(window, strip, polar, frustum(aspect(window), 1, 1, 20) * translation(0, 0, -2));
-        case 3:
+        case zet::RENDER_MODE_FOUR_PANE:
             return fourPanes(window);
-        case 4:
+        case zet::RENDER_MODE_MAP:
             return map(window);
-        case 5:
+        case zet::RENDER_MODE_DRUM:
             return shape(
                 window, [] { return dome(drum); }, 22.2f, 0.15242944f, 180 + 118.307f);
-        case 6:
+        case zet::RENDER_MODE_BOWL:
             return shape(
                 window, [] { return dome(bowl); }, 20.05f, 0.32396417f, 180 + 126.06f);
-        case 7:
+        case zet::RENDER_MODE_WALL_THREE:
             return wallThree(window);
-        case 8:
+        case zet::RENDER_MODE_WALL_TWO:
             return wallTwo(window);
-        case 9:
+        case zet::RENDER_MODE_WALL_ONE:
             return wallOne(window);
-        case 10:
+        case zet::RENDER_MODE_WALL_180:
             return onePane(
                 window, [] { return dome(underPicture); }, ellipse,
                 wide * translation(0, 0, -6.4f) * turnZ(180) * scaling(1, 1, 0));
-        default:
-            return flat(window, frame);
+        case zet::RENDER_MODE_FLAT:
+            break;
     }
+    return flat(window, frame);
 }
 
 }  // namespace bench
