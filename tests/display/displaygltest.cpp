@@ -169,23 +169,23 @@ TEST_F(DisplayGl, changesTheView) {
         return std::any_of(picture.pixels.begin(), picture.pixels.end(),
                            [](const Color& color) { return color.b > color.r + 20; });
     };
-    setMode(3);
+    setMode(RENDER_MODE_FOUR_PANE);
     start(64, 64);
     EXPECT_FALSE(showsBlue(shown(wide))) << "a mode that was set before the display takes the left square";
-    setMode(10);
+    setMode(RENDER_MODE_WALL_180);
     EXPECT_TRUE(showsBlue(shown())) << "the frame outlives the view, and this one shows the whole of it";
-    setMode(9);
+    setMode(RENDER_MODE_WALL_ONE);
     EXPECT_FALSE(showsBlue(shown()));
-    setMode(0);
+    setMode(RENDER_MODE_FLAT);
     EXPECT_TRUE(showsBlue(shown()));
     bus.setConfig(DCFG_PINCH, 2.0f);
     EXPECT_NEAR(scale(), 1.055, 1e-6);
-    setMode(0);
+    setMode(RENDER_MODE_FLAT);
     EXPECT_EQ(scale(), 1.0f) << "the same mode is a new view all the same";
     for (const int unknown : {-1, 11}) {
         setMode(unknown);
         shown(redFrame);  // swaps only
-        setMode(0);
+        setMode(RENDER_MODE_FLAT);
         expectShown(shown(), red, "the next mode brings a view back, with the frame that came meanwhile");
     }
 }
@@ -198,7 +198,7 @@ TEST_F(DisplayGl, showsColorsAsTheyAreCoded) {
     const CallLog log;
     const auto expectRed = [&](const FrameColor& color, bool isRed, const char* when) {
         bus.setConfig(DCFG_FRAME_COLOR, &color);
-        for (const int mode : {0, 3}) {
+        for (const RenderMode mode : {RENDER_MODE_FLAT, RENDER_MODE_FOUR_PANE}) {
             setMode(mode);
             const Color seen = shown().at(20, 20);
             EXPECT_EQ(near(seen, pure, 2), isRed) << when << ", mode " << mode << seen;
@@ -223,13 +223,13 @@ TEST_F(DisplayGl, replacesTheViewAtTheEndOfItsDraw) {
     // The request of a view that turns by itself reaches an observer of the player at the end of a draw.
     const auto player = std::this_thread::get_id();
     const auto replace = [=, this](DisplayConfig&, DisplayConfigUserData&) {
-        if (std::this_thread::get_id() != player) setMode(0);
+        if (std::this_thread::get_id() != player) setMode(RENDER_MODE_FLAT);
         return 0;
     };
     const AutoRotate on{1, 1};
     bus.setConfig(DCFG_AUTO_ROTATE, &on);
     bus.registObserver(DCFG_RENDER_REQUEST, replace, nullptr, DCFG_FLAG_EVENT);
-    setMode(1);
+    setMode(RENDER_MODE_HALF_SPHERE);
     start(64, 64);
     setFrame(redFrame);
     while (!hasView()) std::this_thread::yield();

@@ -15,7 +15,6 @@ namespace {
 using ZETShow::filterData;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr int dewarpingMode = 1;
 constexpr std::int64_t someTime = 1700000000000;
 const char* const fontFile = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
@@ -90,12 +89,12 @@ TEST_F(SnapGl, refusesWithoutATrace) {
         refuses("one byte short", 1);
         setMode(77);
         refuses("no view");
-        setMode(0);
+        setMode(RENDER_MODE_FLAT);
         setWindow();
         refuses("no frame in this window");
         shown(smoothFrame(96, 64));
         drawOut();
-        setMode(0);
+        setMode(RENDER_MODE_FLAT);
         if (!sourceFrame) refuses("a view that has drawn nothing");
     }
 }
@@ -158,7 +157,7 @@ TEST_F(SnapGl, leavesTheWholeOfACutFrameToThePlayer) {
     lensFrame.record.lensRegion = lensRegion;
     global.setStartTime4WaterMarker(someTime);
     global.setFontPath(fontFile);
-    setMode(dewarpingMode);
+    setMode(RENDER_MODE_HALF_SPHERE);
     start(200, 120);
     shown(lensFrame);
     Snap nobody(120, 80);
@@ -194,7 +193,7 @@ TEST_F(SnapGl, leavesTheWholeOfACutFrameToThePlayer) {
 
 TEST_F(SnapGl, showsTheLensRegionAloneAndLeavesNothingOfItToTheNextWindow) {
     lensFrame.record.lensRegion = lensRegion;
-    setMode(dewarpingMode);
+    setMode(RENDER_MODE_HALF_SPHERE);
     start(200, 120);
     const auto isGreen = [](const Color& color) { return color.g > color.r + 20; };
     const auto isRed = [](const Color& color) { return color.r > color.g + 20; };

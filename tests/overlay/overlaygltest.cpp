@@ -158,7 +158,7 @@ TEST_F(OverlayGl, drawsWhatTheOptionAsksForInAnyView) {
         bus.setConfig(DCFG_FACE_OPTION, option);
         bus.setConfig(DCFG_ROTATION, view.rotation);
         bus.setConfig(DCFG_SCALE, view.scale);
-        bus.setConfig(DCFG_RENDER_MODE, 0);  // a new view, which takes the new option
+        bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_FLAT);  // a new view, which takes the new option
         expectFaces("option " + std::to_string(option), pair, option, view);
     }
     bus.setConfig(DCFG_FACE_OPTION, 1);
@@ -197,7 +197,7 @@ TEST_F(OverlayGl, labelsAllocateNothingPerFrame) {
     const int grown = allocations();
     for (int i = 0; i < 20; ++i) shown(frame);
     EXPECT_EQ(allocations(), grown);
-    bus.setConfig(DCFG_RENDER_MODE, 0);
+    bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_FLAT);
     EXPECT_GT(allocations(), grown) << "the count counts";
 }
 

@@ -152,15 +152,17 @@ TEST_F(OnBus, KeysAndMouseDoAsTheViewWants) {
         happen(eventOf(SDL_KEYDOWN, key));
         EXPECT_EQ(notes(), expected);
     }
-    for (int view = 10; view >= 0; --view) {
-        happen(eventOf(SDL_KEYDOWN, view == 10 ? SDLK_MINUS : SDLK_0 + view));
+    for (const auto& [view, name, mounting, part] : zet::renderModes) {
+        happen(eventOf(SDL_KEYDOWN, view == zet::RENDER_MODE_WALL_180 ? SDLK_MINUS : SDLK_0 + int{view}));
         EXPECT_EQ(notes(), "fling 0 0; render-mode " + std::to_string(view) + "; ");
         happen(mouseAt(SDL_MOUSEBUTTONDOWN, 10, 1000));
         happen(mouseAt(SDL_MOUSEMOTION, 60, 1050));
         happen(mouseAt(SDL_MOUSEBUTTONUP, 60, 1050));
         // The picture follows the finger.
-        const std::string drag = view == 0 ? "drag 60 0 10 0; " : "drag 10 0 60 0; ";
-        const std::string fling = view == 0 ? "" : view == 8 ? "fling -1000 0; " : "fling 1000 0; ";
+        const std::string drag = view == zet::RENDER_MODE_FLAT ? "drag 60 0 10 0; " : "drag 10 0 60 0; ";
+        const std::string fling = view == zet::RENDER_MODE_FLAT       ? ""
+                                  : view == zet::RENDER_MODE_WALL_TWO ? "fling -1000 0; "
+                                                                      : "fling 1000 0; ";
         EXPECT_EQ(notes(), "touch-down 10 0; " + drag + "touch-up 60 0; " + fling);
     }
 }

@@ -306,7 +306,7 @@ TEST_F(Zetplay, GalleryHasEachViewAndALabelledSheetOfAll) {
     const char* const names[] = {"00-flat", "01-half-sphere", "02-panorama", "03-four-pane", "04-map",     "05-drum",
                                  "06-bowl", "07-wall-three",  "08-wall-two", "09-wall-one",  "10-wall-180"};
     std::set<std::string> labels;
-    for (int view = 0; view < 11; ++view) {
+    for (int view = 0; view < static_cast<int>(std::size(names)); ++view) {
         SCOPED_TRACE(names[view]);
         const Image picture = readImage("all/" + std::string(names[view]) + ".png");
         const int left = 3 * (12 + view % 4 * 412);

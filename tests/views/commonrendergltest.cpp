@@ -103,7 +103,7 @@ TEST_F(FlatView, fitsTurnsZoomsMovesAndStraightens) {
         {"margins alone", wide, {0, 1, 0, 0, {0, 5, 5, 5, 5, 1, 1, 0.5, 0.5, -0.1, 0.2, 0.05, -0.15}, clear}},
     };
     for (const auto& [name, source, look] : cases) {
-        bus.setConfig(DCFG_RENDER_MODE, 0);  // pan and zoom start afresh
+        bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_FLAT);  // pan and zoom start afresh
         set(look);
         if (!display) start(320, 240);
         redraw();

@@ -6,7 +6,7 @@ namespace {
 // The drum or the bowl in axes of its own: x to the viewer's right, y away from the viewer, z up the shape.
 struct Shape {
     const char* name;
-    int mode;
+    RenderMode mode;
     double rimZ, height;  // of the axis: where the rim stands, how far the shape reaches down from it
     double roundness;     // k of its surface x^2 + y^2 + k z^2 = 36 under the rim
     double blend, innerRadius;
@@ -34,8 +34,8 @@ struct Shape {
 };
 
 const Shape shapes[] = {
-    {"drum", 5, 3.186, 6.372, 0, 0.6, 0.1, 1, {28.307, 0.15243, 22.2}, {29.35, 0.158, 22.2}},
-    {"bowl", 6, 2.31, 6.6, 0.826446, 0.4, 0, -1, {36.06, 0.32396, 20.05}, {40.38, 0.378, 20.05}},
+    {"drum", RENDER_MODE_DRUM, 3.186, 6.372, 0, 0.6, 0.1, 1, {28.307, 0.15243, 22.2}, {29.35, 0.158, 22.2}},
+    {"bowl", RENDER_MODE_BOWL, 2.31, 6.6, 0.826446, 0.4, 0, -1, {36.06, 0.32396, 20.05}, {40.38, 0.378, 20.05}},
 };
 
 struct CylinderGl : PanesGl {
@@ -81,7 +81,7 @@ struct CylinderGl : PanesGl {
 };
 
 TEST_F(CylinderGl, theStripUnrollsTheCircleClockwiseWithTheRimOnTop) {
-    startView(2, 480, 270);
+    startView(RENDER_MODE_PANORAMA, 480, 270);
     shown(waves);
     expectStrip(480.0 / 270, 2.035, 2.0, "rest");
     drag(100, 200, 400, 20);

@@ -10,7 +10,7 @@ constexpr int width = 420, height = 300;
 struct HalfSphere : PanesGl {
     // At the far pose unless it opens.
     void begin(int halo, int stars, int opening = 0) {
-        startView(1, width, height);
+        startView(RENDER_MODE_HALF_SPHERE, width, height);
         const SceneBackdrop scene{halo, stars};
         bus.setConfig(DCFG_SCENE_BACKDROP, &scene);
         bus.setConfig(DCFG_OPENING_FLIGHT, opening);

@@ -26,7 +26,7 @@ struct PanesGl : DisplayTest {
     /// At a place of a dome with an even radius and the bottom of the lens circle at angle 0.
     static Wanted evenColor(const DomeAngles& place) { return colorAt(0.998 * (1 - place.b / 90), place.a + 180); }
 
-    void startView(int mode, int width, int height) {
+    void startView(RenderMode mode, int width, int height) {
         bus.setConfig(DCFG_RENDER_MODE, mode);
         start(width, height);
     }

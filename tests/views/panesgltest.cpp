@@ -9,10 +9,10 @@ constexpr SceneBackdrop nothing{0, 0}, halo{1, 1};
 
 TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
     constexpr float most = std::numeric_limits<float>::max();
-    startView(0, 300, 250);
+    start(300, 250);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-    for (const int mode : {0, 5, 2, 6, 3, 4, 7, 8, 9, 10, 1}) {
-        SCOPED_TRACE(mode);
+    for (const auto& [mode, name, mounting, part] : renderModes) {
+        SCOPED_TRACE(name);
         bus.setConfig(DCFG_RENDER_MODE, mode);
         bus.setConfig(DCFG_SCENE_BACKDROP, &nothing);
         for (const float value : {NAN, INFINITY, -INFINITY, most, -most}) {
@@ -43,11 +43,14 @@ TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
             moved += !near(before.pixels[i], after.pixels[i], 3);
         }
         EXPECT_GT(lit, 300 * 250 / 4);
-        EXPECT_TRUE(mode == 7 || mode >= 9 || moved > 100) << moved << "; the others stand still, or from far";
+        EXPECT_TRUE(mode == RENDER_MODE_WALL_THREE || mode == RENDER_MODE_WALL_ONE || mode == RENDER_MODE_WALL_180 ||
+                    moved > 100)
+            << moved << "; the others stand still, or from far";
         bus.setConfig(DCFG_SCENE_BACKDROP, &halo);
+        const bool isSolid = mode == RENDER_MODE_DRUM || mode == RENDER_MODE_BOWL;
         // Enabled, the next view could stumble over it: an attribute is read from the memory of this one.
         std::atomic<int> leftOn = 0;
-        const SwapHook hook([&leftOn, mode] {
+        const SwapHook hook([&leftOn, isSolid] {
             GLint attributes = 0;
             glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &attributes);
             for (GLuint i = 0; i < static_cast<GLuint>(attributes); ++i) {
@@ -56,7 +59,7 @@ TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
                 glGetVertexAttribiv(i, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
                 leftOn += enabled && buffer == 0;
             }
-            leftOn += (glIsEnabled(GL_DEPTH_TEST) != (mode == 5 || mode == 6)) + glIsEnabled(GL_BLEND);
+            leftOn += (glIsEnabled(GL_DEPTH_TEST) != isSolid) + glIsEnabled(GL_BLEND);
             leftOn += glGetError() != GL_NO_ERROR;
         });
         redraw();
@@ -79,7 +82,7 @@ struct MultiViewGl : PanesGl {
 };
 
 TEST_F(MultiViewGl, eachPaneShowsItsSectorAndMovesAlone) {
-    startView(3, 600, 480);
+    startView(RENDER_MODE_FOUR_PANE, 600, 480);
     const Picture rest = shown(frame);
     comparePane(rest, {0, 0, 300, 240}, 270, 0, 0, "top left, the right of the circle");
     comparePane(rest, {300, 0, 300, 240}, 0, 0, 0, "top right, the top");
@@ -138,7 +141,7 @@ struct DetailAreaGl : PanesGl {
 };
 
 TEST_F(DetailAreaGl, theMapIsLitWhereTheDetailLooks) {
-    startView(4, 600, 501);
+    startView(RENDER_MODE_MAP, 600, 501);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectMapView(0, 0, "rest");
     drag(400, 300, 500, 220);
@@ -152,7 +155,7 @@ TEST_F(DetailAreaGl, theMapIsLitWhereTheDetailLooks) {
 }
 
 TEST_F(DetailAreaGl, theWallsOverviewIsLitWhereTheDetailLooks) {
-    startView(8, 600, 501);
+    startView(RENDER_MODE_WALL_TWO, 600, 501);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectWallTwoView(0, 0, 0, "rest");
     for (int i = 0; i < 10; ++i) drag(400, 300, 496, 252);  // 2.88 degrees are two steps, and half of it
@@ -189,7 +192,7 @@ struct WallThreeViewGl : PanesGl {
 };
 
 TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
-    startView(7, 500, 900);
+    startView(RENDER_MODE_WALL_THREE, 500, 900);
     const Picture tall = shown(frame);
     EXPECT_TRUE(near(tall.at(125, 225), {}, 0) && near(tall.at(375, 225), {}, 0)) << "clear where taller than wide";
     EXPECT_FALSE(near(tall.at(250, 675), {}, tolerance)) << "the panorama";

@@ -45,8 +45,8 @@ struct WallOneGl : PanesGl {
     const Frame plain = smoothFrame(480, 320);
 };
 
-TEST_F(WallOneGl, mode9ShowsTheLensCircleFromFarAndNear) {
-    startView(9, 600, 420);
+TEST_F(WallOneGl, showsTheLensCircleFromFarAndNear) {
+    startView(RENDER_MODE_WALL_ONE, 600, 420);
     bus.setConfig(DCFG_YUV_FRAME, &frame.record);
     expectLens("far", 6, 0, 0);
     touch(DCFG_DOUBLE_TAP, 1, 1);
@@ -59,8 +59,8 @@ TEST_F(WallOneGl, mode9ShowsTheLensCircleFromFarAndNear) {
     EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 0) << "a lifted finger moves nothing";
 }
 
-TEST_F(WallOneGl, mode10ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
-    startView(10, 600, 420);
+TEST_F(WallOneGl, wall180ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
+    startView(RENDER_MODE_WALL_180, 600, 420);
     bus.setConfig(DCFG_YUV_FRAME, &plain.record);
     expectFrame("far", 6.4, 0, 0);
     touch(DCFG_TOUCH_DOWN, 300, 200);
@@ -75,11 +75,11 @@ TEST_F(WallOneGl, mode10ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
     expectFrame("sprung back", -0.8, 37.2, 0.6);
 }
 
-TEST_F(WallOneGl, mode10ShowsTheLensRegionAsItIs) {
+TEST_F(WallOneGl, wall180ShowsTheLensRegionAsItIs) {
     const int region[] = {4000, 6000, 2500, 3000};  // 240 by 192 pixels, from 72, 96
     Frame tilted = smoothFrame(480, 320);
     tilted.record.lensRegion = region;
-    startView(10, 600, 420);
+    startView(RENDER_MODE_WALL_180, 600, 420);
     window->resize(10, 300);  // nothing stands
     shown(tilted);
     window->resize(600, 420);

@@ -23,8 +23,8 @@ TEST_F(SteadyState, framesByPointerAllocateNothing) {
     start(160, 120);
     countAllocations();
     const SwapHook hook(countAllocations);
-    for (int mode = 0; mode <= 10; ++mode) {
-        bus.setConfig(DCFG_RENDER_MODE, mode);
+    for (const RenderModeInfo& view : renderModes) {
+        bus.setConfig(DCFG_RENDER_MODE, view.mode);
         const auto showFrames = [&](int count) {
             for (int i = 0; i < count; ++i) {
                 bus.setConfig(DCFG_YUV_FRAME, &frame.record);
@@ -34,7 +34,7 @@ TEST_F(SteadyState, framesByPointerAllocateNothing) {
         showFrames(3);
         const int before = allocations();
         showFrames(10);
-        EXPECT_EQ(allocations(), before) << "mode " << mode;
+        EXPECT_EQ(allocations(), before) << view.name;
     }
 }
 

@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto stressTime = 2s;
+constexpr unsigned unknownMode = renderModes.size();
 
 /// Entries of /proc/self/task or /proc/self/fd.
 std::ptrdiff_t entries(const char* directory) {
@@ -73,7 +74,7 @@ protected:
             bus.setConfig(DCFG_ROTATION, below(4) * 90);
             bus.setConfig(DCFG_RENDER_REQUEST, nullptr);
         });
-        add(5ms, [this](auto below) { bus.setConfig(DCFG_RENDER_MODE, below(12)); });  // 11 is no view
+        add(5ms, [this](auto below) { bus.setConfig(DCFG_RENDER_MODE, below(unknownMode + 1)); });
         add(20ms, [this](auto below) {
             const std::uintptr_t handles[] = {first.handle(), second.handle(), 0};
             bus.setConfig(DCFG_WINDOW_INSTANCE, handles[below(3)]);
@@ -99,7 +100,7 @@ TEST_F(Stress, everybodySetsEverythingAtOnce) {
     start();
     int names = 0;
     const auto showFlat = [&] {
-        bus.setConfig(DCFG_RENDER_MODE, 0);
+        bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_FLAT);
         bus.setConfig(DCFG_WINDOW_INSTANCE, first.handle());
         bus.setConfig(DCFG_YUV_FRAME, &frames[0].record);
         const SwapHook hook([&] { names = glNames(); });
