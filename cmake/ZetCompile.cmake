@@ -1,8 +1,8 @@
 # Compile options of the project's own code, carried by one interface target: `zet_compile`.
 add_library(zet_compile INTERFACE)
 target_compile_options(
-  zet_compile INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror
-                        $<$<CONFIG:Release>:-O3>)
+  zet_compile INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+                        $<$<BOOL:${ZET_WERROR}>:-Werror> $<$<CONFIG:Release>:-O3>)
 if(ZET_SANITIZE)
   target_compile_options(zet_compile INTERFACE -fsanitize=${ZET_SANITIZE} -fno-omit-frame-pointer
                                                -fno-sanitize-recover=all)

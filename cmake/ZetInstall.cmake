@@ -8,7 +8,9 @@ install(
   EXPORT ZETDisplayTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
           COMPONENT library
-          NAMELINK_COMPONENT dev)
+          NAMELINK_COMPONENT dev
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+          COMPONENT dev)
 install(DIRECTORY include/zet DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/ZETDisplay)
@@ -24,6 +26,14 @@ install(
   DESTINATION ${package}
   COMPONENT dev)
 
+# What a program links beside a static library; a shared one brings it along. Not Requires.private: `pkg-config
+# --static` would ask for a static FFmpeg with all that it is made of.
+set(ZET_PC_REQUIRES)
+set(ZET_PC_LIBS)
+if(NOT BUILD_SHARED_LIBS)
+  set(ZET_PC_REQUIRES "Requires: egl glesv2 freetype2 libavfilter libavutil\n")
+  set(ZET_PC_LIBS " -pthread")
+endif()
 cmake_path(SET ZET_PC_PREFIX ${CMAKE_INSTALL_PREFIX})
 cmake_path(RELATIVE_PATH ZET_PC_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 configure_file(cmake/zetdisplay.pc.in zetdisplay.pc @ONLY)

@@ -86,7 +86,7 @@ void Render::observeSettings() {
         return false;
     });
     observe(DCFG_FLING, settingMask, [motion = _motion](DisplayConfigUserData& delivery) {
-        if (delivery.getState() & DCFG_FLAG_REPLAY) return false;  // a moment, not a setting
+        if (delivery.getState() & int{DCFG_FLAG_REPLAY}) return false;  // a moment, not a setting
         const auto* const fling = delivery.getRecord<const Fling>();
         if (fling && areFinite({fling->vx, fling->vy})) motion->startFling(fling->vx, fling->vy);
         return false;

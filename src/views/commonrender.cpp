@@ -91,7 +91,7 @@ int CommonRender::init(const ColorTransform& color) {
 
 void CommonRender::observeNumbers(const std::shared_ptr<CommonMotion>& motion) {
     observe(DCFG_SCALE, settingMask | DCFG_FLAG_READ, [motion](DisplayConfigUserData& delivery) {
-        const bool isRead = (delivery.getState() & DCFG_FLAG_READ) != 0;
+        const bool isRead = (delivery.getState() & int{DCFG_FLAG_READ}) != 0;
         if (!isRead && !std::isfinite(delivery.getFloat())) return false;
         if (!isRead) motion->setScale(delivery.getFloat());
         delivery.answer(motion->_scale);

@@ -81,7 +81,7 @@ TEST_F(Bus, callsThoseWhoseMaskMeetsTheEventWord) {
 
     EXPECT_EQ(end(handle), 0);
     observe(setting | DCFG_FLAG_READ, [](Delivery& delivery) {
-        delivery.answer(delivery.getState() & DCFG_FLAG_READ ? 2.5f : std::min(delivery.getFloat(), 4.0f));
+        delivery.answer(delivery.getState() & int{DCFG_FLAG_READ} ? 2.5f : std::min(delivery.getFloat(), 4.0f));
     });
     float seen = 0;
     observe(DCFG_FLAG_EVENT, [&](Delivery& delivery) { seen = delivery.getFloat(); });

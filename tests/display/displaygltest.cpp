@@ -164,7 +164,7 @@ TEST_F(DisplayGl, outlivesItsWindow) {
 }
 
 TEST_F(DisplayGl, changesTheView) {
-    const Frame wide(96, 48, [this](int x, int) { return x < 48 ? red : blue; });
+    const Frame wide(96, 48, [](int x, int) { return x < 48 ? red : blue; });
     const auto showsBlue = [](const Picture& picture) {
         return std::any_of(picture.pixels.begin(), picture.pixels.end(),
                            [](const Color& color) { return color.b > color.r + 20; });

@@ -51,7 +51,7 @@ TEST(MediaSource, FullRangePassesSampleForSampleTimeAfterTime) {
         const int half = (width + 1) / 2;
         Picture picture;
         // To the end, up to the last picture, and to the end again.
-        for (const std::size_t count : {3, 2, 3}) {
+        for (const std::size_t count : {3u, 2u, 3u}) {
             for (std::size_t i = 0; i < count; ++i) {
                 ASSERT_TRUE(source->next(picture));
                 EXPECT_EQ(picture.number, static_cast<std::int64_t>(i));

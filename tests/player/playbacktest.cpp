@@ -80,7 +80,7 @@ TEST_F(Looping, PausesStepsAndGoesOn) {
         waitShown(6);  // more than there are
         press(SDLK_SPACE);
         rest = waitQuiet();
-        for (const std::size_t step : {1, 2}) {
+        for (const std::size_t step : {1u, 2u}) {
             press(SDLK_PERIOD);
             waitShown(rest + step);
         }

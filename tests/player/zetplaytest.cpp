@@ -179,7 +179,7 @@ constexpr std::array<double, 3> patches[12] = {{1, 0, 0},       {0, 1, 0},      
 /// Four times three patches of 32x32 in three raw planes.
 std::string patchPlanes(const Coding& coding) {
     std::string planes;
-    for (const std::size_t plane : {0, 1, 2})
+    for (const std::size_t plane : {0u, 1u, 2u})
         for (int side = plane == 0 ? 32 : 16, y = 0; y < 3 * side; ++y)
             for (int x = 0; x < 4 * side; ++x) {
                 const double sample = coding.toSamples(patches[y / side * 4 + x / side])[plane];
