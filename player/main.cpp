@@ -4,16 +4,16 @@
 #include <cstring>
 #include <iostream>
 
-#include "gallery.h"
-#include "interrupt.h"
-#include "mediasource.h"
-#include "options.h"
-#include "playback.h"
-#include "pngfile.h"
-#include "recording.h"
-#include "script.h"
-#include "session.h"
-#include "stats.h"
+#include "media/mediasource.h"
+#include "record/pngfile.h"
+#include "script/script.h"
+#include "session/gallery.h"
+#include "session/options.h"
+#include "session/playback.h"
+#include "session/recording.h"
+#include "session/session.h"
+#include "session/stats.h"
+#include "window/interrupt.h"
 
 namespace zetplay {
 

@@ -56,7 +56,8 @@ BEGIN {
     name = $0
     gsub(/^[^"<]*["<]|[">].*$/, "", name)
     if ((to = flat(folder(FILENAME) name)) in known || (to = flat("src/" name)) in known ||
-        (to = flat("include/" name)) in known || (to = flat(name)) in known) {
+        (to = flat("include/" name)) in known || (to = flat("player/" name)) in known ||
+        (to = flat(name)) in known) {
         if (permitted(FILENAME, to)) next
         print FILENAME ":" FNR ": must not include " to
         bad++

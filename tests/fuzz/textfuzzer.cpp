@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "metadata.h"
-#include "source.h"
-#include "words.h"
+#include "bus/metadata.h"
+#include "media/source.h"
+#include "text/words.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "drawwatch.h"
+#include "bus/drawwatch.h"
 
 #include <gtest/gtest.h>
 

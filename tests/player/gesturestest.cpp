@@ -1,4 +1,4 @@
-#include "gestures.h"
+#include "window/gestures.h"
 
 #include <gtest/gtest.h>
 

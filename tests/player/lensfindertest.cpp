@@ -1,4 +1,4 @@
-#include "lensfinder.h"
+#include "media/lensfinder.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <numbers>
 #include <random>
 
-#include "pictureplanes.h"
+#include "media/pictureplanes.h"
 
 namespace zetplay::test {
 namespace {

@@ -1,11 +1,11 @@
-#include "mediasource.h"
+#include "media/mediasource.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <random>
 
-#include "frameconverter.h"
+#include "media/frameconverter.h"
 #include "testmedia.h"
 
 extern "C" {

@@ -1,9 +1,9 @@
-#include "playback.h"
+#include "session/playback.h"
 
 #include <gtest/gtest.h>
 
 #include "testmedia.h"
-#include "wakeup.h"
+#include "window/wakeup.h"
 
 namespace zetplay::test {
 namespace {

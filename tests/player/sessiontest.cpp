@@ -1,14 +1,15 @@
-#include "session.h"
+#include "session/session.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
 #include <sstream>
 
-#include "controls.h"
-#include "metadata.h"
-#include "recording.h"
-#include "script.h"
+#include "bus/metadata.h"
+#include "script/script.h"
+#include "script/scriptcommands.h"
+#include "session/controls.h"
+#include "session/recording.h"
 #include "testmedia.h"
 
 struct AVCodec;

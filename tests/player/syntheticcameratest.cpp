@@ -1,4 +1,4 @@
-#include "syntheticcamera.h"
+#include "synthetic/syntheticcamera.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "source.h"
+#include "media/source.h"
 #include "testmedia.h"
 
 namespace zetplay::test {

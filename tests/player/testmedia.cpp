@@ -8,8 +8,8 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "avhandles.h"
-#include "mediasource.h"
+#include "media/avhandles.h"
+#include "media/mediasource.h"
 
 extern "C" {
 #include <libavutil/opt.h>

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "image.h"
-#include "source.h"
+#include "media/image.h"
+#include "media/source.h"
 
 namespace zetplay::test {
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+#include "media/avhandles.h"
+#include "media/bufferpool.h"
+
+namespace zetplay {
+
+/// Reads the pictures of a .y4m file, as FFmpeg's demuxer would, but into memory that is used again: to ask the system
+/// for fresh pages with each picture costs more than to read it.
+class RawReader {
+public:
+    /// Stands before the first picture. Keeps both.
+    RawReader(AVIOContext& io, const AVStream& stream);
+
+    /// The next picture, or an error of FFmpeg's, as `av_read_frame` gives them.
+    int read(AVPacket& packet);
+
+private:
+    AVIOContext& _io;
+    const AVStream& _stream;
+    std::int64_t _first;  ///< place of the first picture in the file
+    std::int64_t _size;   ///< bytes of a picture
+    BufferPool _pool;
+};
+
+}  // namespace zetplay

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "media/avhandles.h"
+#include "zet/records.h"
+
+namespace zetplay {
+
+/// How the colours of a decoded frame are coded. Where the stream doesn't tell, as players take it: the matrix by the
+/// height, BT.709 from 720 lines on; limited range, but full range for grey, which is how picture files hold it, and
+/// for the formats that have it in their names. RGB has no such coding: it gets the one that it is converted to.
+zet::FrameColor colorOf(const AVFrame& frame);
+
+/// The same layout without "full range" in its name.
+AVPixelFormat plainFormat(AVPixelFormat format);
+
+}  // namespace zetplay
