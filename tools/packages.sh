@@ -8,7 +8,7 @@ packages=(
     # Compiler and build
     g++ cmake ninja-build pkg-config dpkg-dev file
     # The module: EGL, GLES, label text, timestamps
-    libegl-dev libgles-dev libfreetype-dev libavfilter-dev libavutil-dev fonts-dejavu-core
+    libegl-dev libgles-dev libxcb1-dev libfreetype-dev libavfilter-dev libavutil-dev fonts-dejavu-core
     # A driver for EGL: Mesa, also on machines without a graphics card
     libegl1 libegl-mesa0 libgles2 libgl1-mesa-dri
     # zetplay

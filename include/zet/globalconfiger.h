@@ -18,6 +18,16 @@ struct MVConfigerBaseData {
     std::atomic<int> rectZoom = 0;  ///< not 0: the flat view zooms to the first rectangle of a frame
 };
 
+/// What `GlobalConfiger::ErrorCallback` tells.
+enum DisplayError : int {
+    DISPLAY_ERROR_UNSUPPORTED = 3,  ///< "MERR_UNSUPPORTED": there is no EGL display
+    DISPLAY_ERROR_EGL = 0x101,      ///< a call of EGL has failed: its name and error, as "eglInitialize: EGL_BAD_ALLOC"
+    DISPLAY_ERROR_SIZE = 0x105,     ///< an `OffscreenSize` of 0 or less, or beyond what the GL draws
+    DISPLAY_ERROR_WINDOW = 0x102,   ///< the handle names no window
+    DISPLAY_ERROR_SERVER = 0x103,   ///< the display server is gone: set a window anew when there is one again
+    DISPLAY_ERROR_STUCK = 0x104,    ///< the driver doesn't return from a call to a dead server: make a new display
+};
+
 /// Observer interface of the player-wide settings; the display module has no observer of its own.
 class ZET_API GlobalConfigObserver {
 public:
@@ -29,7 +39,8 @@ public:
 /// longer than its displays. Any thread.
 class ZET_API GlobalConfiger {
 public:
-    /// Code, error name, source file and line of the one failure that the module reports; on the render thread.
+    /// A `DisplayError`, the error's name, source file and line: a failure that leaves the player without a picture. On
+    /// the render thread, but for `DISPLAY_ERROR_STUCK`: that comes on the thread that no longer waits for it.
     using ErrorCallback = std::function<void(int code, const std::string& error, const std::string& file, int line)>;
 
     GlobalConfiger();

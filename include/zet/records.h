@@ -150,6 +150,12 @@ struct OverlayRect {
 /// Option bits of `DCFG_FACE_OPTION`.
 enum FaceOption : int { FACE_BOX = 1, FACE_GENDER = 2, FACE_AGE = 4, FACE_NAME = 8 };
 
+/// Value of `DCFG_OFFSCREEN_SIZE`, in pixels.
+struct OffscreenSize {
+    std::int32_t width = 0;   ///< 1 to what the GL allows
+    std::int32_t height = 0;  ///< as `width`
+};
+
 /// Whether `Record` is a setting: the bus keeps a copy, so that a view that is made later still finds it.
 template <typename Record>
 inline constexpr bool isSetting = false;
@@ -165,5 +171,7 @@ template <>
 inline constexpr bool isSetting<LensParam> = true;
 template <>
 inline constexpr bool isSetting<FrameColor> = true;
+template <>
+inline constexpr bool isSetting<OffscreenSize> = true;
 
 }  // namespace zet

@@ -10,7 +10,7 @@ namespace zet {
 
 std::shared_ptr<DisplayConfigKit> CreateZETDisplay(DisplayConfig* config, GlobalConfiger* global) {
     if (!config) return nullptr;
-    return std::make_shared<ZETShow::Display>(config, global);
+    return {new ZETShow::Display(config, global), ZETShow::Display::release};
 }
 
 namespace ZETShow {
@@ -18,9 +18,13 @@ namespace ZETShow {
 Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), RenderThread(global) {
     ZETLog::instance().error("Display::Display begin");
     _door->open();
+    // Where to draw, before the thread comes up there.
+    observe(DCFG_NATIVE_DISPLAY, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onNativeDisplay);
+    observe(DCFG_OFFSCREEN_SIZE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onOffscreenSize);
     run();
     // The mode before the window: a replay of both makes the view for the right mode.
     observe(DCFG_RENDER_MODE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onRenderModeChange);
+    if (_offscreenSize.width > 0) postTask([this] { return offscreenTask(&_offscreenSize); });
     observe(DCFG_WINDOW_INSTANCE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onWindowInstance);
     observe(DCFG_RENDER_REQUEST, DCFG_FLAG_EVENT, &Display::onRenderRequest);
     observe(DCFG_YUV_FRAME, DCFG_FLAG_EVENT, &Display::onRenderYUV420PData);
@@ -29,19 +33,38 @@ Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigK
     ZETLog::instance().error("Display::Display end");
 }
 
-Display::~Display() {
+void Display::release(Display* display) {
+    // What a stuck thread may still touch stays, and can be found here.
+    static std::mutex mutex;
+    static std::vector<Display*> stuck;
+    if (display->end()) {
+        delete display;
+        return;
+    }
+    const std::lock_guard lock(mutex);
+    stuck.push_back(display);
+}
+
+bool Display::end() {
     ZETLog::instance().error("Display::~Display begin");
+    bool ended = false;
     {
-        const std::lock_guard lock(_mutex);
+        std::unique_lock lock(_mutex);
         _exitRequested = 1;
         _paceCond.notifyOne();
         _idleCond.notifyOne();
+        ended = waitForThread(lock, [this] { return !_threadEnded; });
     }
-    _thread.join();
+    if (ended) {
+        _thread.join();
+    } else {
+        _thread.detach();
+    }
     _taskDoneCond.notifyAll();
     unRegistAll();
     _door->close();  // the threads that have just been released from postTask are still on their way out
     ZETLog::instance().error("Display::~Display end");
+    return ended;
 }
 
 void Display::observe(std::int64_t id, unsigned mask, Observer observer) {
@@ -64,6 +87,28 @@ int Display::onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery) {
     postTask([this, &delivery] { return windowTask(delivery); });
     ZETLog::instance().error("Display::onWindowInstance end");
     return 0;
+}
+
+// A replay comes before the render thread is there.
+int Display::onNativeDisplay(DisplayConfig&, DisplayConfigUserData& delivery) {
+    void* const native = delivery.getData();
+    if (delivery.getState() & DCFG_FLAG_REPLAY) {
+        _nativeDisplay = native;
+        if (native) _wanted = Platform::Kind::wayland;
+        return 0;
+    }
+    return postTask([this, native] { return nativeDisplayTask(native); });
+}
+
+int Display::onOffscreenSize(DisplayConfig&, DisplayConfigUserData& delivery) {
+    const auto* const size = delivery.getRecord<const OffscreenSize>();
+    if (delivery.getState() & DCFG_FLAG_REPLAY) {
+        if (!size) return 0;
+        _offscreenSize = *size;
+        _wanted = Platform::Kind::offscreen;
+        return 0;
+    }
+    return postTask([this, size] { return offscreenTask(size); });
 }
 
 int Display::onRenderRequest(DisplayConfig&, DisplayConfigUserData&) {

@@ -7,12 +7,14 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
 #include "config/relaxed.h"
 #include "display/condition.h"
 #include "display/framereader.h"
+#include "display/platform.h"
 #include "render/frame.h"
 #include "render/renderthread.h"
 #include "zet/displayconfigkit.h"
@@ -29,8 +31,10 @@ class Render;
 class Display final : public DisplayConfigKit, public RenderThread {
 public:
     Display(DisplayConfig* config, GlobalConfiger* global);
+
+    /// Ends a display. One whose render thread is stuck in the driver stays in memory, with what the driver may touch.
     /// Any thread but the render thread.
-    ~Display() override;
+    static void release(Display* display);
 
     int postTask(const std::function<int()>& task) override;
 
@@ -38,6 +42,9 @@ private:
     using Observer = int (Display::*)(DisplayConfig&, DisplayConfigUserData&);
 
     // display.cpp: life and observers
+    ~Display() override = default;
+    /// False if the render thread can't be ended.
+    bool end();
     void observe(std::int64_t id, unsigned mask, Observer observer);
     int onRenderModeChange(DisplayConfig&, DisplayConfigUserData& delivery);   // Setter's thread.
     int onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery);     // Setter's thread.
@@ -45,6 +52,8 @@ private:
     int onRenderYUV420PData(DisplayConfig&, DisplayConfigUserData& delivery);  // Setter's thread.
     int onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery);            // Setter's thread.
     int onFrameColor(DisplayConfig&, DisplayConfigUserData& delivery);         // Setter's thread.
+    int onNativeDisplay(DisplayConfig&, DisplayConfigUserData& delivery);      // Setter's thread.
+    int onOffscreenSize(DisplayConfig&, DisplayConfigUserData& delivery);      // Setter's thread.
 
     // displaythread.cpp: the render thread's body and its waits
     int run();
@@ -53,6 +62,18 @@ private:
     void waitForPace();
     void waitForWork();
     void runTasks();
+    /// Waits for the render thread while `blocked()` holds; false if that is stuck in the driver.
+    template <typename Blocked>
+    bool waitForThread(std::unique_lock<std::recursive_mutex>& lock, const Blocked& blocked) {
+        while (blocked() && !_gaveUp) {
+            _taskDoneCond.waitWhileUntil(lock, Condition::Clock::now() + patience,
+                                         [&] { return blocked() && !_gaveUp; });
+            if (blocked() && !_gaveUp && isStuck()) giveUp();
+        }
+        return !_gaveUp;
+    }
+    bool isStuck() const;
+    void giveUp();
     bool hasTask() const { return !_tasks.empty(); }
     bool drawIsOwed() const { return _frameReady || _redrawCount > 0; }
 
@@ -62,7 +83,17 @@ private:
     int makeCurrent();
     int swapBuffers();
     int windowTask(const DisplayConfigUserData& delivery);
+    int offscreenTask(const OffscreenSize* size);
+    int nativeDisplayTask(void* display);
+    bool openPlatform();
+    bool makeSurface();
+    bool sizeIsDrawable();
+    /// Makes the surface current, and a view for it.
+    int takeSurface();
     void dropSurface();
+    void loseServer();
+    void tell(int code, const char* what, int line);
+    int tellEgl(const char* call, int line);
     /// What GL holds of view and frame.
     void dropPicture();
 
@@ -87,6 +118,7 @@ private:
     void finishPicture(const SnapData& snap, bool topRowFirst);
 
     static constexpr int drawsPerRequest = 30;
+    static constexpr std::chrono::milliseconds patience{250};  // with a swap to a server that is gone
 
     // The render thread and its mailbox: all but the atomics change only under `_mutex`.
     std::thread _thread;
@@ -101,7 +133,9 @@ private:
     std::vector<std::function<int()>> _tasks;  // what is queued or being run: emptied when all have run
     Condition _taskDoneCond;
     Condition::Clock::time_point _lastDraw;
-    std::uint32_t _drawCount = 0;  // pictures shown
+    std::optional<Condition::Clock::time_point> _swapBegan;  // set while the driver swaps, without `_mutex`
+    bool _gaveUp = false;                                    // the render thread won't come back
+    std::uint32_t _drawCount = 0;                            // pictures shown
 
     // The frame and its view. Render thread.
     int _surfaceWidth = 0;  // pixels, as of the last draw
@@ -119,8 +153,14 @@ private:
     EGLSurface _eglSurface = nullptr;
     EGLConfig _eglConfig = nullptr;
     EGLContext _eglContext = nullptr;
-    bool _eglInitialized = false;  // this display counts as a user of `_eglDisplay`
     Relaxed<void*> _window = nullptr;
+    std::unique_ptr<Platform> _platform;
+    Platform::Kind _wanted = Platform::Kind::x11;
+    void* _nativeDisplay = nullptr;
+    OffscreenSize _offscreenSize;
+    bool _surfaceWanted = false;      // the player has given a window or a size
+    EGLint _swapError = EGL_SUCCESS;  // of the last swap
+    bool _failureTold = false;        // that there is no surface, since the last window or size
 };
 
 }  // namespace zet::ZETShow

@@ -1,7 +1,10 @@
 // The EGL side of the display: connection and context once, a surface for each window.
 
+#include <climits>
+#include <string>
+
 #include "display/display.h"
-#include "display/eglusers.h"
+#include "display/eglerror.h"
 #include "render/render.h"
 #include "render/renderfactory.h"
 #include "zet/zetlog.h"
@@ -10,46 +13,52 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr int unsupportedError = 3;
-
-constexpr EGLint configAttributes[] = {
-    EGL_RED_SIZE,
-    8,
-    EGL_GREEN_SIZE,
-    8,
-    EGL_BLUE_SIZE,
-    8,
-    EGL_ALPHA_SIZE,
-    8,
-    EGL_DEPTH_SIZE,
-    8,
-    EGL_RENDERABLE_TYPE,
-    EGL_OPENGL_ES2_BIT,
-    EGL_SURFACE_TYPE,
-    EGL_WINDOW_BIT,
-    EGL_NONE,
-};
-
 constexpr EGLint contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
 
 }  // namespace
 
 int Display::init() {
     ZETLog::instance().error("Display::init begin");
-    _eglDisplay = eglGetDisplay(EGL_DEFAULT_DISPLAY);
-    if (!_eglDisplay) {
-        _globalConfiger->onErrorCallback(unsupportedError, "MERR_UNSUPPORTED", __FILE__, __LINE__);
-        return -1;
-    }
-    if (!_eglInitialized && !initializeEgl(_eglDisplay)) return -1;
-    _eglInitialized = true;
+    if (!openPlatform()) return -1;
+    if (!_platform->initialize()) return tellEgl("eglInitialize", __LINE__);
+    const EGLint configAttributes[] = {
+        EGL_RED_SIZE,
+        8,
+        EGL_GREEN_SIZE,
+        8,
+        EGL_BLUE_SIZE,
+        8,
+        EGL_ALPHA_SIZE,
+        8,
+        EGL_DEPTH_SIZE,
+        8,
+        EGL_RENDERABLE_TYPE,
+        EGL_OPENGL_ES2_BIT,
+        EGL_SURFACE_TYPE,
+        _platform->surfaceType(),
+        EGL_NONE,
+    };
     EGLint found = 0;
-    if (!eglChooseConfig(_eglDisplay, configAttributes, &_eglConfig, 1, &found) || found < 1) return -1;
+    if (!eglChooseConfig(_eglDisplay, configAttributes, &_eglConfig, 1, &found) || found < 1) {
+        return tellEgl("eglChooseConfig", __LINE__);
+    }
     _eglContext = eglCreateContext(_eglDisplay, _eglConfig, EGL_NO_CONTEXT, contextAttributes);
-    if (!_eglContext) return -1;
+    if (!_eglContext) return tellEgl("eglCreateContext", __LINE__);
     _config->setConfig(DCFG_GL_CONTEXT, _eglContext);
     ZETLog::instance().error("Display::init end");
     return 0;
+}
+
+bool Display::openPlatform() {
+    const bool suits = _platform && _platform->display() && _platform->wanted() == _wanted && _platform->isAlive();
+    if (!suits) {
+        _platform.reset();
+        _platform = std::make_unique<Platform>(_wanted, _nativeDisplay);
+        _eglDisplay = _platform->display();
+    }
+    if (_eglDisplay) return true;
+    tell(DISPLAY_ERROR_UNSUPPORTED, "MERR_UNSUPPORTED", __LINE__);
+    return false;
 }
 
 int Display::unInit() {
@@ -66,33 +75,85 @@ int Display::unInit() {
         log.error("Display::unInit eglDestroyContext %d",
                   static_cast<int>(eglDestroyContext(_eglDisplay, _eglContext)));
     }
-    const EGLBoolean terminated = _eglInitialized ? terminateEgl(_eglDisplay) : EGL_FALSE;
-    log.error("Display::unInit eglTerminate %d", static_cast<int>(terminated));
+    log.error("Display::unInit eglTerminate %d", static_cast<int>(_platform && _platform->terminate()));
     log.error("Display::unInit eglReleaseThread %d", static_cast<int>(eglReleaseThread()));
-    _eglInitialized = false;
     _eglSurface = nullptr;
     _eglContext = nullptr;
     _eglDisplay = nullptr;
-    _window = nullptr;
+    _platform.reset();
     log.error("Display::unInit end");
     return 0;
 }
 
 int Display::windowTask(const DisplayConfigUserData& delivery) {
+    const bool isOffscreen = _wanted == Platform::Kind::offscreen;
+    if (!delivery.getData() && isOffscreen) return 0;
     dropSurface();
-    if (!delivery.getData()) return 0;
+    _surfaceWanted = delivery.getData() != nullptr;
+    if (!_surfaceWanted) return 0;
+    _wanted = _nativeDisplay ? Platform::Kind::wayland : Platform::Kind::x11;
+    return takeSurface();
+}
+
+int Display::offscreenTask(const OffscreenSize* size) {
+    if (!size) return -1;
+    dropSurface();
+    _offscreenSize = *size;
+    _surfaceWanted = true;
+    _wanted = Platform::Kind::offscreen;
+    return takeSurface();
+}
+
+int Display::nativeDisplayTask(void* display) {
+    if (display == _nativeDisplay) return 0;
+    _nativeDisplay = display;
+    if (_wanted == Platform::Kind::offscreen) return 0;
+    dropSurface();
+    if (_eglContext) unInit();
+    _wanted = display ? Platform::Kind::wayland : Platform::Kind::x11;
+    return 0;
+}
+
+int Display::takeSurface() {
+    _failureTold = false;
+    if (_eglContext && (_platform->wanted() != _wanted || !_platform->isAlive())) unInit();
     if (!_eglContext) init();
-    void* const window = _window;
-    _eglSurface =
-        eglCreateWindowSurface(_eglDisplay, _eglConfig, reinterpret_cast<EGLNativeWindowType>(window), nullptr);
-    if (!_eglSurface) return -1;
+    if (!makeSurface()) return -1;
     // A snapshot reads what was shown: ask for the back buffer to survive the swap, where the config has it.
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (makeCurrent() != 0) return -1;
+    if (!sizeIsDrawable()) return -1;
     checkFragmentPrecision();
     if (!_render) _render = createRender(_renderMode, _frame.color, _config, this);
     return 0;
+}
+
+// EGL makes pixel buffers that GL doesn't fill.
+bool Display::sizeIsDrawable() {
+    GLint limits[2] = {};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, limits);
+    const bool isWindow = _wanted != Platform::Kind::offscreen;
+    if (isWindow || (_offscreenSize.width <= limits[0] && _offscreenSize.height <= limits[1])) return true;
+    tell(DISPLAY_ERROR_SIZE, "there is no picture of that size", __LINE__);
+    dropSurface();
+    return false;
+}
+
+bool Display::makeSurface() {
+    void* const window = _window;
+    if (_wanted == Platform::Kind::offscreen && !holdsPicture(INT_MAX, _offscreenSize.width, _offscreenSize.height)) {
+        tell(DISPLAY_ERROR_SIZE, "there is no picture of that size", __LINE__);
+    } else if (_wanted == Platform::Kind::offscreen) {
+        _eglSurface = _platform->createOffscreenSurface(_eglConfig, _offscreenSize);
+        if (!_eglSurface) tellEgl("eglCreatePbufferSurface", __LINE__);
+    } else if (!_platform->hasWindow(window)) {
+        tell(DISPLAY_ERROR_WINDOW, "there is no such window", __LINE__);
+    } else {
+        _eglSurface = _platform->createWindowSurface(_eglConfig, window);
+        if (!_eglSurface) tellEgl("eglCreateWindowSurface", __LINE__);
+    }
+    return _eglSurface != nullptr;
 }
 
 void Display::dropSurface() {
@@ -122,11 +183,49 @@ int Display::makeCurrent() {
     if (!_eglSurface) return -1;
     if (eglGetCurrentContext() == _eglContext) return 0;
     eglSwapInterval(_eglDisplay, 0);
-    return eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext) ? 0 : -1;
+    if (eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext)) return 0;
+    return tellEgl("eglMakeCurrent", __LINE__);
 }
 
 int Display::swapBuffers() {
-    return eglSwapBuffers(_eglDisplay, _eglSurface) ? 0 : -1;
+    if (!_platform->canSwap()) {
+        loseServer();
+        return -1;
+    }
+    // Without the lock: a swap to a server that dies meanwhile may never return, and nobody shall wait for it then.
+    _swapBegan = Condition::Clock::now();
+    _mutex.unlock();
+    const EGLBoolean swapped = eglSwapBuffers(_eglDisplay, _eglSurface);
+    const EGLint error = swapped ? EGL_SUCCESS : eglGetError();
+    _mutex.lock();
+    _idleCond.waitWhile(_mutex, [this] { return _gaveUp; });  // for ever: what the display used may be gone
+    _swapBegan.reset();
+    if (!swapped && error != _swapError) {
+        ZETLog::instance().error("Display::swapBuffers eglSwapBuffers: %s", eglErrorName(error));
+    }
+    _swapError = error;
+    return swapped ? 0 : -1;
+}
+
+void Display::loseServer() {
+    tell(DISPLAY_ERROR_SERVER, "the display server is gone", __LINE__);
+    dropSurface();
+}
+
+int Display::tellEgl(const char* call, int line) {
+    const EGLint error = eglGetError();
+    tell(DISPLAY_ERROR_EGL, (std::string(call) + ": " + eglErrorName(error)).c_str(), line);
+    return -1;
+}
+
+// A failure is told once for each window: tries go on with each frame. Without a window nobody misses a picture, and
+// the log is enough.
+void Display::tell(int code, const char* what, int line) {
+    const bool always = code == DISPLAY_ERROR_UNSUPPORTED;
+    if (_failureTold && !always) return;
+    if (!_failureTold) ZETLog::instance().error("Display: no picture: %s", what);
+    if (_surfaceWanted || always) _globalConfiger->onErrorCallback(code, what, __FILE__, line);
+    _failureTold = true;
 }
 
 }  // namespace zet::ZETShow

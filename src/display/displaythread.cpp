@@ -31,6 +31,7 @@ void Display::renderLoop() {
     }
     unInit();
     _threadEnded = 1;
+    _taskDoneCond.notifyAll();
     _renderThreadId = {};  // another thread may be given this one's id
     ZETLog::instance().error("Display::run end");
 }
@@ -57,7 +58,11 @@ void Display::waitForWork() {
 }
 
 void Display::runTasks() {
-    for (const auto& task : _tasks) task();
+    // By number: a swap inside a task lets others in, which may post.
+    for (std::size_t i = 0; i < _tasks.size(); ++i) {
+        const auto task = std::move(_tasks[i]);
+        task();
+    }
     _tasks.clear();
     _taskDoneCond.notifyAll();
 }
@@ -65,14 +70,25 @@ void Display::runTasks() {
 int Display::postTask(const std::function<int()>& task) {
     std::unique_lock lock(_mutex);
     if (_renderThreadId == std::this_thread::get_id()) return task();
-    if (_threadEnded) return 0;
+    if (_threadEnded || _gaveUp) return 0;
     _tasks.push_back(task);
     _idleCond.notifyOne();
     _paceCond.notifyOne();
     // Not only until the exit is asked for: the thread runs what is queued on its way out, and the task may use what
-    // stands on this thread's stack.
-    _taskDoneCond.waitWhile(lock, [this] { return hasTask() && !_threadEnded; });
+    // is on this thread's stack.
+    waitForThread(lock, [this] { return hasTask() && !_threadEnded; });
     return 0;
+}
+
+bool Display::isStuck() const {
+    return _swapBegan && Condition::Clock::now() - *_swapBegan > patience && !_platform->isAlive();
+}
+
+void Display::giveUp() {
+    _gaveUp = true;
+    _tasks.clear();  // their posters go
+    _taskDoneCond.notifyAll();
+    tell(DISPLAY_ERROR_STUCK, "the driver doesn't return from a swap to a server that is gone", __LINE__);
 }
 
 }  // namespace zet::ZETShow

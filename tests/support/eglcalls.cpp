@@ -95,6 +95,13 @@ ZET_WRAP(eglQuerySurface, querySurface, (EGLDisplay display, EGLSurface surface,
          (display, surface, attribute, value))
 ZET_WRAP(eglSwapInterval, swapInterval, (EGLDisplay display, EGLint interval), (display, interval))
 
+// Where this fails the module turns to eglGetDisplay: that one counts.
+ZET_DECLARE(eglGetPlatformDisplay);
+EGLDisplay __wrap_eglGetPlatformDisplay(EGLenum platform, void* native, const EGLAttrib* attributes) {
+    if (of(EglCall::getDisplay).fails) return EGL_NO_DISPLAY;
+    return __real_eglGetPlatformDisplay(platform, native, attributes);
+}
+
 ZET_DECLARE(eglMakeCurrent);
 EGLBoolean __wrap_eglMakeCurrent(EGLDisplay display, EGLSurface draw, EGLSurface read, EGLContext context) {
     if (context != EGL_NO_CONTEXT && fails(EglCall::makeCurrent)) return EGL_FALSE;
