@@ -28,9 +28,15 @@ void holdStandardDescriptors() {
     }
 }
 
-void logToStandardError(zet::LogLevel, const char* line) {
+void logToStandardError(void*, zet::LogLevel level, const char* line) {
+    const char* const name = level == zet::LogLevel::error     ? "error"
+                             : level == zet::LogLevel::warning ? "warning"
+                             : level == zet::LogLevel::info    ? "info"
+                                                               : "debug";
+    std::string text(line);
+    text.erase(text.find_last_not_of("\r\n ") + 1);
     // One call a line, since several threads log.
-    std::cerr << std::string(line) + '\n';
+    std::cerr << std::string("zetplay: module ") + name + ": " + text + '\n';
 }
 
 void play(Session& session, const Script* script) {
@@ -59,7 +65,8 @@ void finish(Session& session, const Stats& stats) {
 int run(const Options& options) {
     const Stats stats;
     showMediaLog(options.verbose);
-    if (options.verbose) zet::ZETLog::instance().setSink(logToStandardError);
+    const auto most = options.verbose ? zet::LogLevel::debug : zet::LogLevel::warning;
+    zet::ZETLog::instance().setSink(logToStandardError, nullptr, most);
     // A wrong script is told before a window opens.
     const auto script = options.script.empty() ? nullptr : std::make_unique<Script>(options.script);
     Session session(options);

@@ -1,34 +1,42 @@
 #pragma once
 
-#include <atomic>
-
 #include "zet/export.h"
 
 namespace zet {
 
-/// Severity handed to the sink; the module's lines have no level of their own and all carry the logger's.
-enum class LogLevel : int { off = 0, all = 7 };
+/// How much a line of the log matters. The numbers are those of syslog (RFC 5424) and stay.
+enum class LogLevel : int {
+    off = 0,      ///< no line has it
+    error = 3,    ///< the player has no picture, or not the one that it asked for
+    warning = 4,  ///< something was refused, or the module makes do with less
+    info = 6,     ///< what a report of a fault should hold: the driver, its version
+    debug = 7,    ///< the steps of the module's life and of its calls
+};
 
-/// The process-wide log of the module: plain traces as well as errors. Any thread.
+/// The process-wide log of the module. Any thread.
 class ZET_API ZETLog {
 public:
-    /// Takes one line, which is gone after the call.
-    using Sink = void (*)(LogLevel level, const char* line);
+    /// Takes one line, which is gone after the call. `user` is as it was given to `setSink`. Called on the thread that
+    /// logs, for one line at a time of at most 8191 bytes. It must not wait for another thread, nor
+    /// call the module or the log.
+    using Sink = void (*)(void* user, LogLevel level, const char* line);
 
     static ZETLog& instance();  ///< the one of the process
 
-    /// Where lines go from now on; null, the default, drops them. The sink is called on the thread that logs, with a
-    /// line of at most 8191 bytes, and must not call the module.
-    void setSink(Sink sink);
+    /// Where lines go from now on, and up to which level; null, the default, drops them all. When this returns the sink
+    /// before is not running any more and isn't called again.
+    void setSink(Sink sink, void* user = nullptr, LogLevel most = LogLevel::debug);
 
-    /// Writes one line, printf-style.
+    /// @{
+    /// Writes one line, printf-style. Costs next to nothing where nobody takes lines of that level.
     void error(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void warning(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void info(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    void debug(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    /// @}
 
 private:
-    explicit ZETLog(LogLevel level = LogLevel::all, Sink sink = nullptr);
-
-    const LogLevel _level;
-    std::atomic<Sink> _sink;
+    ZETLog() = default;
 };
 
 }  // namespace zet

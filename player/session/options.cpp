@@ -130,7 +130,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
         ->option_text("MS");
     app.add_flag("--rect-zoom", options.rectZoom, "Flat view: zoom to the first rectangle of a frame");
     app.add_flag("--stats", options.stats, "At the end, one line of JSON with counts, times and memory");
-    app.add_flag("--verbose", options.verbose, "The module's log and FFmpeg's on standard error");
+    app.add_flag("--verbose", options.verbose, "All of the module's log and FFmpeg's on standard error");
     app.set_version_flag("--version", "zetplay " ZETPLAY_VERSION);
 }
 

@@ -16,7 +16,7 @@ std::shared_ptr<DisplayConfigKit> CreateZETDisplay(DisplayConfig* config, Global
 namespace ZETShow {
 
 Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), RenderThread(global) {
-    ZETLog::instance().error("Display::Display begin");
+    ZETLog::instance().debug("Display::Display begin");
     _door->open();
     // Where to draw, before the thread comes up there.
     observe(DCFG_NATIVE_DISPLAY, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onNativeDisplay);
@@ -30,7 +30,7 @@ Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigK
     observe(DCFG_YUV_FRAME, DCFG_FLAG_EVENT, &Display::onRenderYUV420PData);
     observe(DCFG_FRAME_COLOR, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onFrameColor);
     observe(DCFG_SNAP, DCFG_FLAG_EVENT, &Display::onGetSnap);
-    ZETLog::instance().error("Display::Display end");
+    ZETLog::instance().debug("Display::Display end");
 }
 
 void Display::release(Display* display) {
@@ -46,7 +46,7 @@ void Display::release(Display* display) {
 }
 
 bool Display::end() {
-    ZETLog::instance().error("Display::~Display begin");
+    ZETLog::instance().debug("Display::~Display begin");
     bool ended = false;
     {
         std::unique_lock lock(_mutex);
@@ -63,7 +63,7 @@ bool Display::end() {
     _taskDoneCond.notifyAll();
     unRegistAll();
     _door->close();  // the threads that have just been released from postTask are still on their way out
-    ZETLog::instance().error("Display::~Display end");
+    ZETLog::instance().debug("Display::~Display end");
     return ended;
 }
 
@@ -76,16 +76,16 @@ void Display::observe(std::int64_t id, unsigned mask, Observer observer) {
 }
 
 int Display::onRenderModeChange(DisplayConfig&, DisplayConfigUserData& delivery) {
-    ZETLog::instance().error("Display::onRenderModeChange mode: %d", delivery.getInt());
+    ZETLog::instance().debug("Display::onRenderModeChange mode: %d", delivery.getInt());
     postTask([this, &delivery] { return modeTask(delivery); });
     return 0;
 }
 
 int Display::onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery) {
-    ZETLog::instance().error("Display::onWindowInstance begin surface: %p", delivery.getData());
+    ZETLog::instance().debug("Display::onWindowInstance begin surface: %p", delivery.getData());
     _window = delivery.getData();
     postTask([this, &delivery] { return windowTask(delivery); });
-    ZETLog::instance().error("Display::onWindowInstance end");
+    ZETLog::instance().debug("Display::onWindowInstance end");
     return 0;
 }
 
@@ -133,9 +133,9 @@ int Display::onFrameColor(DisplayConfig& config, DisplayConfigUserData& delivery
 }
 
 int Display::onGetSnap(DisplayConfig&, DisplayConfigUserData& delivery) {
-    ZETLog::instance().error("Display::onGetSnap begin");
+    ZETLog::instance().debug("Display::onGetSnap begin");
     postTask([this, &delivery] { return snapTask(delivery); });
-    ZETLog::instance().error("Display::onGetSnap end");
+    ZETLog::instance().debug("Display::onGetSnap end");
     return 0;
 }
 

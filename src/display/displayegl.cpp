@@ -13,12 +13,17 @@ namespace zet::ZETShow {
 
 namespace {
 
+const char* text(GLenum name) {
+    const GLubyte* const value = glGetString(name);
+    return value ? reinterpret_cast<const char*>(value) : "unknown";
+}
+
 constexpr EGLint contextAttributes[] = {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE};
 
 }  // namespace
 
 int Display::init() {
-    ZETLog::instance().error("Display::init begin");
+    ZETLog::instance().debug("Display::init begin");
     if (!openPlatform()) return -1;
     if (!_platform->initialize()) return tellEgl("eglInitialize", __LINE__);
     const EGLint configAttributes[] = {
@@ -44,8 +49,10 @@ int Display::init() {
     }
     _eglContext = eglCreateContext(_eglDisplay, _eglConfig, EGL_NO_CONTEXT, contextAttributes);
     if (!_eglContext) return tellEgl("eglCreateContext", __LINE__);
+    ZETLog::instance().info("EGL: %s, %s", eglQueryString(_eglDisplay, EGL_VENDOR),
+                            eglQueryString(_eglDisplay, EGL_VERSION));
     _config->setConfig(DCFG_GL_CONTEXT, _eglContext);
-    ZETLog::instance().error("Display::init end");
+    ZETLog::instance().debug("Display::init end");
     return 0;
 }
 
@@ -63,25 +70,25 @@ bool Display::openPlatform() {
 
 int Display::unInit() {
     auto& log = ZETLog::instance();
-    log.error("Display::unInit begin");
+    log.debug("Display::unInit begin");
     _config->setConfig(DCFG_GL_CONTEXT, nullptr);
     dropPicture();
     eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     if (_eglDisplay && _eglSurface) {
-        log.error("Display::unInit eglDestroySurface %d",
+        log.debug("Display::unInit eglDestroySurface %d",
                   static_cast<int>(eglDestroySurface(_eglDisplay, _eglSurface)));
     }
     if (_eglDisplay && _eglContext) {
-        log.error("Display::unInit eglDestroyContext %d",
+        log.debug("Display::unInit eglDestroyContext %d",
                   static_cast<int>(eglDestroyContext(_eglDisplay, _eglContext)));
     }
-    log.error("Display::unInit eglTerminate %d", static_cast<int>(_platform && _platform->terminate()));
-    log.error("Display::unInit eglReleaseThread %d", static_cast<int>(eglReleaseThread()));
+    log.debug("Display::unInit eglTerminate %d", static_cast<int>(_platform && _platform->terminate()));
+    log.debug("Display::unInit eglReleaseThread %d", static_cast<int>(eglReleaseThread()));
     _eglSurface = nullptr;
     _eglContext = nullptr;
     _eglDisplay = nullptr;
     _platform.reset();
-    log.error("Display::unInit end");
+    log.debug("Display::unInit end");
     return 0;
 }
 
@@ -124,6 +131,7 @@ int Display::takeSurface() {
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (makeCurrent() != 0) return -1;
     if (!sizeIsDrawable()) return -1;
+    ZETLog::instance().info("GL: %s, %s", text(GL_RENDERER), text(GL_VERSION));
     checkFragmentPrecision();
     if (!_render) _render = createRender(_renderMode, _frame.color, _config, this);
     return 0;
@@ -158,18 +166,18 @@ bool Display::makeSurface() {
 
 void Display::dropSurface() {
     auto& log = ZETLog::instance();
-    log.error("Display::onWindowInstance begin surface delete begin");
+    log.debug("Display::onWindowInstance begin surface delete begin");
     if (_eglContext && _eglSurface) {
         dropPicture();
         _frameReady = 0;  // a frame not yet drawn is gone too, and would keep out the first one of the new window
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     if (_eglSurface) {  // also where there is no context yet: a window takes one surface at a time
-        log.error("Display::onWindowInstance eglDestroySurface %d",
+        log.debug("Display::onWindowInstance eglDestroySurface %d",
                   static_cast<int>(eglDestroySurface(_eglDisplay, _eglSurface)));
     }
     _eglSurface = nullptr;
-    log.error("Display::onWindowInstance begin surface delete end");
+    log.debug("Display::onWindowInstance begin surface delete end");
 }
 
 void Display::dropPicture() {
@@ -201,7 +209,7 @@ int Display::swapBuffers() {
     _idleCond.waitWhile(_mutex, [this] { return _gaveUp; });  // for ever: what the display used may be gone
     _swapBegan.reset();
     if (!swapped && error != _swapError) {
-        ZETLog::instance().error("Display::swapBuffers eglSwapBuffers: %s", eglErrorName(error));
+        ZETLog::instance().warning("Display::swapBuffers eglSwapBuffers: %s", eglErrorName(error));
     }
     _swapError = error;
     return swapped ? 0 : -1;
@@ -223,7 +231,8 @@ int Display::tellEgl(const char* call, int line) {
 void Display::tell(int code, const char* what, int line) {
     const bool always = code == DISPLAY_ERROR_UNSUPPORTED;
     if (_failureTold && !always) return;
-    if (!_failureTold) ZETLog::instance().error("Display: no picture: %s", what);
+    if (!_failureTold && _surfaceWanted) ZETLog::instance().error("Display: no picture: %s", what);
+    if (!_failureTold && !_surfaceWanted) ZETLog::instance().warning("Display: no EGL yet: %s", what);
     if (_surfaceWanted || always) _globalConfiger->onErrorCallback(code, what, __FILE__, line);
     _failureTold = true;
 }

@@ -25,7 +25,7 @@ int Display::frameTask(const DisplayConfigUserData& delivery) {
     if (makeCurrent() != 0) return -1;
     const YUV420PData* const frame = delivery.getRecord<const YUV420PData>();
     if (!frame || !frameIsSound(*frame)) return -1;
-    if (!_frame.hasPlanes()) ZETLog::instance().error("Display::onRenderYUV420PData glGenTextures");
+    if (!_frame.hasPlanes()) ZETLog::instance().debug("Display::onRenderYUV420PData glGenTextures");
     uploadFrame(*frame);
     copyItems(*frame);
     _frame.setLensRegion(frame->lensRegion);
@@ -44,8 +44,8 @@ bool Display::frameIsSound(const YUV420PData& frame) {
     const bool items = frame.aiCount == 0 || (frame.aiCount > 0 && frame.aiItems && frame.aiKind);
     const bool sound = planes && sizes && lines && items;
     if (!sound && !_refusing) {
-        ZETLog::instance().error("Display::onRenderYUV420PData refused width: %d height: %d lines: %d %d limit: %d",
-                                 frame.width, frame.height, frame.yLineSize, frame.uvLineSize, limit);
+        ZETLog::instance().warning("Display::onRenderYUV420PData refused width: %d height: %d lines: %d %d limit: %d",
+                                   frame.width, frame.height, frame.yLineSize, frame.uvLineSize, limit);
     }
     _refusing = !sound;  // a stream of such frames is told of once
     return sound;
@@ -100,7 +100,7 @@ int Display::colorTask(const DisplayConfigUserData& delivery) {
     const auto* const color = delivery.getRecord<const FrameColor>();
     const auto transform = color ? findColorTransform(*color) : std::nullopt;
     if (!transform) {
-        ZETLog::instance().error("Display::onFrameColor refused matrix: %d", color ? color->matrix : -1);
+        ZETLog::instance().warning("Display::onFrameColor refused matrix: %d", color ? color->matrix : -1);
         return -1;
     }
     const bool changed = *transform != _frame.color;

@@ -19,7 +19,7 @@ int Display::run() {
 }
 
 void Display::renderLoop() {
-    ZETLog::instance().error("Display::run begin");
+    ZETLog::instance().debug("Display::run begin");
     _lastDraw = Condition::Clock::now();
     const std::lock_guard lock(_mutex);
     _renderThreadId = std::this_thread::get_id();
@@ -33,7 +33,7 @@ void Display::renderLoop() {
     _threadEnded = 1;
     _taskDoneCond.notifyAll();
     _renderThreadId = {};  // another thread may be given this one's id
-    ZETLog::instance().error("Display::run end");
+    ZETLog::instance().debug("Display::run end");
 }
 
 void Display::drawOwed() {

@@ -55,7 +55,7 @@ int FrameReader::makeReady(const Frame& frame) {
 
 int FrameReader::readFrame(const Frame& frame, void* data, int dataSize) {
     if (!data || !holdsPicture(dataSize, frame.width, frame.height) || makeReady(frame) != 0) return -1;
-    ZETLog::instance().error("Render::readTexture dataSize:%d, width:%d, height:%d, texture.textureSize:%d\r\n",
+    ZETLog::instance().debug("Render::readTexture dataSize:%d, width:%d, height:%d, texture.textureSize:%d\r\n",
                              dataSize, frame.width, frame.height, 2);
     GLint shown[4] = {};
     glGetIntegerv(GL_VIEWPORT, shown);

@@ -44,7 +44,7 @@ constexpr std::int64_t largest = 16 << 20;  // bytes of a rasterised string: no 
 
 int AiRectRender::initText(const std::string& path) {
     if (loadFont(path) != 0) {
-        ZETLog::instance().error("AiRectRender::initText no font: %s\n", path.c_str());
+        ZETLog::instance().warning("AiRectRender::initText no font: %s\n", path.c_str());
         return -1;
     }
     _textProgram = buildProgram(textVertexStage, joinFragment({textFragmentStage}).c_str());

@@ -121,17 +121,17 @@ int ZETTextFilter::createEnds(int pixelFormat, int width, int height) {
                   height, pixelFormat, 1, 25, 1, 1);
     int result = avfilter_graph_create_filter(&_bufferSrc, source, "in", arguments, nullptr, _filterGraph);
     if (result < 0) {
-        log.error("ZETTextFilter::init Cannot create buffer source\n");
+        log.warning("ZETTextFilter::init Cannot create buffer source\n");
         return result;
     }
     result = avfilter_graph_create_filter(&_bufferSink, sink, "out", nullptr, nullptr, _filterGraph);
     if (result < 0) {
-        log.error("ZETTextFilter::init Cannot create buffer sink\n");
+        log.warning("ZETTextFilter::init Cannot create buffer sink\n");
         return result;
     }
     result = av_opt_set_bin(_bufferSink, "pix_fmts", reinterpret_cast<const std::uint8_t*>(&pixelFormat),
                             sizeof pixelFormat, AV_OPT_SEARCH_CHILDREN);
-    if (result < 0) log.error("ZETTextFilter::init Cannot set output pixel format\n");
+    if (result < 0) log.warning("ZETTextFilter::init Cannot set output pixel format\n");
     return result;
 }
 
@@ -163,7 +163,7 @@ void burnIn(ZETTextFilter& textFilter, std::uint8_t* data, int width, int height
     frame->linesize[0] = lineSize;
     const int errorCode = textFilter.filter(frame);
     if (errorCode < 0) {
-        ZETLog::instance().error("filterData textFilter.filter error errorCode: %d \r\n", errorCode);
+        ZETLog::instance().warning("filterData textFilter.filter error errorCode: %d \r\n", errorCode);
     } else {
         const auto n = static_cast<std::size_t>(std::min(frame->linesize[0], lineSize));
         const std::uint8_t* from = frame->data[0];
@@ -182,8 +182,8 @@ void filterData(std::int64_t timeMs, std::uint8_t* data, int width, int height, 
                 int pixelFormat) {
     const std::string description = describe(timeMs, height, fontPath);
     if (description.empty() || description.size() >= textLimit) {
-        ZETLog::instance().error("filterData refused time: %lld font path: %zu bytes \r\n",
-                                 static_cast<long long>(timeMs), std::strlen(fontPath));
+        ZETLog::instance().warning("filterData refused time: %lld font path: %zu bytes \r\n",
+                                   static_cast<long long>(timeMs), std::strlen(fontPath));
         return;
     }
     int result = fontLoads(fontPath) ? 0 : AVERROR(EINVAL);
@@ -191,7 +191,7 @@ void filterData(std::int64_t timeMs, std::uint8_t* data, int width, int height, 
         ZETTextFilter textFilter(result, description.c_str(), pixelFormat, width, height);
         if (result >= 0) burnIn(textFilter, data, width, height, lineSize, pixelFormat);
     }
-    if (result < 0) ZETLog::instance().error("filterData init error filtersDescr: %s \r\n", description.c_str());
+    if (result < 0) ZETLog::instance().warning("filterData init error filtersDescr: %s \r\n", description.c_str());
 }
 
 }  // namespace zet::ZETShow

@@ -11,7 +11,7 @@ void checkGlError(const char* file, int line) {
     for (int readings = 0; readings < 32; ++readings) {
         const GLenum error = glGetError();
         if (error == GL_NO_ERROR) return;
-        ZETLog::instance().error("GL Error: 0x%x %s : %d \n", error, file, line);
+        ZETLog::instance().warning("GL Error: 0x%x %s : %d \n", error, file, line);
     }
 }
 
@@ -68,7 +68,7 @@ void Frame::clear() {
     checkGlError(__FILE__, __LINE__);
     for (Plane& plane : _planes) {
         if (plane.name == 0) continue;
-        ZETLog::instance().error("Texture::clear %u", plane.name);
+        ZETLog::instance().debug("Texture::clear %u", plane.name);
         glDeleteTextures(1, &plane.name);
         checkGlError(__FILE__, __LINE__);
         plane = {};

@@ -89,7 +89,7 @@ void checkFragmentPrecision() {
     GLint precision = 0;
     glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range, &precision);
     if (precision != 0 || said.exchange(true)) return;
-    ZETLog::instance().error("fragments have no high precision here: large pictures lose detail");
+    ZETLog::instance().warning("fragments have no high precision here: large pictures lose detail");
 }
 
 FrameProgram::~FrameProgram() {

@@ -26,8 +26,8 @@ Render::Render(DisplayConfig* config, RenderThread* thread, const std::shared_pt
 
 Render::~Render() {
     auto& log = ZETLog::instance();
-    log.error("~Render");
-    if (_program.isBuilt()) log.error("~Render _program");
+    log.debug("~Render");
+    if (_program.isBuilt()) log.debug("~Render _program");
 }
 
 void Render::observe(std::int64_t id, unsigned mask, const Work& work) {

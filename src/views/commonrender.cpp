@@ -277,7 +277,7 @@ bool CommonRender::setLensParam(const LensParam* lens) {
 
 bool CommonRender::setFaceOption(int option) {
     if (!_aiRectRender) _faceOption = option;
-    ZETLog::instance().error("CommonRender::onFaceOption _aiRectRender: %p _faceOption: %d",
+    ZETLog::instance().debug("CommonRender::onFaceOption _aiRectRender: %p _faceOption: %d",
                              static_cast<void*>(_aiRectRender.get()), _faceOption);
     return false;
 }

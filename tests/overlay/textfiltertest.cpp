@@ -40,7 +40,7 @@ Bytes makePicture(int width, int height) {
 
 // The ffmpeg tool draws the same. It takes the text from a file, past all escaping.
 void expectText(const Folder& folder, const Case& c, const char* font) {
-    const CallLog log;
+    const CallLog log(LogLevel::warning);
     Bytes picture = makePicture(c.width, c.height);
     folder.save("in.rgba", picture);
     std::ofstream(folder.path / "text") << c.text;

@@ -1,26 +1,16 @@
 #include "support/calllog.h"
 
 #include <algorithm>
-#include <mutex>
-
-#include "zet/zetlog.h"
 
 namespace zet::test {
 
-namespace {
-
-std::mutex linesMutex;
-std::vector<std::string> caught;
-
-}  // namespace
-
-CallLog::CallLog() {
-    const std::lock_guard lock(linesMutex);
-    caught.clear();
-    ZETLog::instance().setSink([](LogLevel, const char* line) {
-        const std::lock_guard catching(linesMutex);
-        caught.emplace_back(line);
-    });
+CallLog::CallLog(LogLevel most) {
+    const auto take = [](void* user, LogLevel, const char* line) {
+        auto& log = *static_cast<CallLog*>(user);
+        const std::lock_guard lock(log._mutex);
+        log._lines.emplace_back(line);
+    };
+    ZETLog::instance().setSink(take, this, most);
 }
 
 CallLog::~CallLog() {
@@ -28,8 +18,8 @@ CallLog::~CallLog() {
 }
 
 std::vector<std::string> CallLog::lines() const {
-    const std::lock_guard lock(linesMutex);
-    return caught;
+    const std::lock_guard lock(_mutex);
+    return _lines;
 }
 
 int CallLog::count(const std::string& text) const {

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <mutex>
 #include <string>
 #include <vector>
 
+#include "zet/zetlog.h"
+
 namespace zet::test {
 
-/// Catches the module's log lines while it lives; one at a time.
+/// Catches the module's log lines while it lives, up to a level; one at a time.
 class CallLog {
 public:
-    CallLog();
+    explicit CallLog(LogLevel most = LogLevel::debug);
     ~CallLog();
     CallLog(const CallLog&) = delete;
     CallLog& operator=(const CallLog&) = delete;
@@ -17,6 +20,10 @@ public:
     std::vector<std::string> lines() const;
     /// How many of them hold `text`.
     int count(const std::string& text) const;
+
+private:
+    mutable std::mutex _mutex;
+    std::vector<std::string> _lines;
 };
 
 }  // namespace zet::test
