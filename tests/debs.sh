@@ -35,9 +35,12 @@ own="libzetdisplay${version%%.*} (= $version)"
 field "$library" Depends libc6 libegl1 libgles2 libfreetype6 libavfilter libavutil
 field "$dev" Depends "$own"
 field "$tool" Depends "$own" libsdl2 libavformat libavcodec libswscale libpng
-holds "$library" 'libZETDisplay\.so\.[0-9.]*$'
-holds "$dev" '/include/zet/[a-z]*\.h$' 'libZETDisplay\.so$' '/ZETDisplay[A-Za-z-]*\.cmake$' '/zetdisplay\.pc$'
-holds "$tool" '/bin/zetplay$' '/man1/zetplay\.1$'
+changes=('/doc/[^/]*/changelog\.gz$' '/doc/[^/]*/NEWS\.gz$')
+holds "$library" 'libZETDisplay\.so\.[0-9.]*$' "${changes[@]}"
+holds "$dev" '/include/zet/[a-z]*\.h$' 'libZETDisplay\.so$' '/ZETDisplay[A-Za-z-]*\.cmake$' '/zetdisplay\.pc$' "${changes[@]}"
+holds "$tool" '/bin/zetplay$' '/man1/zetplay\.1\.gz$' "${changes[@]}"
+control=$(dpkg-deb --ctrl-tarfile "$library" | tar -t | grep -v '/$' | sort | paste -sd ' ')
+[ "$control" = './control ./md5sums ./shlibs ./triggers' ] || { echo "${library##*/}: control files $control"; failed=1; }
 
 for package in "$library" "$tool"; do dpkg-deb -x "$package" "$scratch/root"; done
 "$scratch/root/usr/bin/zetplay" --version | grep -qF "$version" || { echo 'zetplay does not run'; failed=1; }

@@ -18,7 +18,7 @@ packages=(
     # An X display where there is no screen, and how to ask for one
     xvfb x11-utils
 )
-[ "${1-}" = ci ] && packages+=(qtbase5-dev clang-format clang-tidy shellcheck doxygen git)
+[ "${1-}" = ci ] && packages+=(qtbase5-dev clang libclang-rt-14-dev clang-format clang-tidy shellcheck doxygen lintian git)
 [ "${1-}" = bench ] && packages+=(mpv gnuplot-nox git)
 
 if ! command -v dpkg-query >/dev/null; then
