@@ -10,8 +10,8 @@ namespace {
 
 struct ProgramGl : DisplayTest {
     ProgramGl() {
-        start(64, 64);
-        inOrder = shown(frame).at(32, 32);
+        start(96, 64);  // with bars: each draw clears the window first
+        inOrder = shown(frame).at(48, 32);
     }
     /// A line of the module's with words of the compiler's behind it.
     static bool saysWhy(const CallLog& log) {
@@ -38,7 +38,7 @@ TEST_F(ProgramGl, aViewWhoseProgramsFailShowsNothingAndTheNextOneWorks) {
         shown(frame);
         resetEgl();
         bus.setConfig(DCFG_RENDER_MODE, RENDER_MODE_FLAT);
-        EXPECT_TRUE(near(shown().at(32, 32), inOrder, 0));
+        EXPECT_TRUE(near(shown().at(48, 32), inOrder, 0));
     }
 }
 
@@ -47,7 +47,7 @@ TEST_F(ProgramGl, aProgramThatIsNotBuiltAnewKeepsItsColors) {
     const auto setColor = [this](std::int32_t matrix) {
         const FrameColor color{matrix, 0};
         bus.setConfig(DCFG_FRAME_COLOR, &color);
-        return shown().at(32, 32);
+        return shown().at(48, 32);
     };
     failEgl(EglCall::shaderSource);
     EXPECT_TRUE(near(setColor(COLOR_MATRIX_BT709), inOrder, 0));
