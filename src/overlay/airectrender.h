@@ -17,7 +17,7 @@ namespace zet::ZETShow {
 struct FaceBox;
 struct FaceLines;
 
-/// Boxes round the faces of a frame, with up to three lines of text beside each. Everything stands in the coordinates
+/// Boxes round the faces of a frame, with up to three lines of text beside each. Everything is in the coordinates
 /// of the video quad (-1 to 1, y upward) and goes through the view's matrix. Render thread.
 class AiRectRender {
 public:

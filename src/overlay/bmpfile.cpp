@@ -49,7 +49,8 @@ BmpVerdict parseBmp(const std::uint8_t* file, std::size_t size, BmpPicture& pict
 }
 
 std::vector<std::uint8_t> readFile(const char* path) {
-    // A pipe would hold up the thread until somebody writes. What has been opened is asked, which nobody can exchange.
+    // A pipe would hold up the thread until somebody writes. The open file is asked, not the path: that may name
+    // another by now.
     const int opened = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (opened < 0) return {};
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(fdopen(opened, "rb"), &std::fclose);

@@ -18,8 +18,8 @@ struct BmpPicture {
 };
 
 enum class BmpVerdict {
-    foreign,  // no BMP file as these go: whatever is shown stays
-    broken,   // one whose sizes don't agree: nothing is shown
+    foreign,  // no such file: what is shown stays
+    broken,   // its sizes don't agree: nothing is shown
     sound,
 };
 

@@ -36,7 +36,7 @@ FaceLines::FaceLines(const FaceInfo& face, const FaceBox& box, int option) {
         text[count++] = {_age, static_cast<std::size_t>(end - _age)};
     }
     x = static_cast<float>(box.right() + textGap);
-    // Half a line up for each line beyond the second: the block stands beside the middle of the box.
+    // Half a line up for each line beyond the second: so the block is beside the middle of the box.
     y = static_cast<float>(box.top + box.height * 0.5 + (count - 2) * 0.05);
 }
 

@@ -6,7 +6,7 @@
 
 namespace zet::ZETShow {
 
-// Where the box of a face and its lines of text stand, in units of the video quad: -1 to 1, y upward. No GL.
+// Where the box of a face and its lines of text lie, in units of the video quad: -1 to 1, y upward. No GL.
 
 /// The box round a face: two fifths larger, spread evenly. It may reach outside the quad.
 struct FaceBox {
@@ -33,7 +33,7 @@ struct FaceLines {
 
     std::string_view text[3];
     int count = 0;
-    // Lower left corner of the first line; each further one stands a line's height lower.
+    // Lower left corner of the first line; each further one lies a line's height lower.
     float x;
     float y;
 

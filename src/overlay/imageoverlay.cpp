@@ -69,7 +69,7 @@ void ImageOverlay::loadImage(const char* path, const float* rectangle) {
     const GLenum format = picture.bitsPerPixel == 24 ? GL_RGB : GL_RGBA;
     glActiveTexture(GL_TEXTURE0 + otherUnit);
     glBindTexture(GL_TEXTURE_2D, _overlayTexture);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);  // rows of 24 bits end where they end
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);  // rows of 24 bits have no padding
     glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), picture.width, picture.height, 0, format,
                  GL_UNSIGNED_BYTE, picture.pixels);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);

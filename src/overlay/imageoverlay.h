@@ -12,7 +12,7 @@ public:
     ImageOverlay(const ImageOverlay&) = delete;
     ImageOverlay& operator=(const ImageOverlay&) = delete;
 
-    /// Builds the program. 0, or -1 if the program doesn't build.
+    /// 0, or -1 if the program doesn't build.
     int initOverlay();
     /// Replaces picture and place. `rectangle`: x, y, width, height as shares of the video, origin at its top left
     /// corner. A file that isn't a BMP of 24 or 32 bits leaves the old picture, one whose sizes don't agree leaves

@@ -42,7 +42,7 @@ bool fontLoads(const char* path) {
     return loads;
 }
 
-// A value as it stands between quotes in a filter description. It is unwrapped twice: the graph's parser takes the
+// A value as it is written between quotes in a filter description. It is unwrapped twice: the graph's parser takes the
 // quotes away, then the filter's, which ends a value at a colon, the backslashes and the blanks at either end.
 std::string escaped(std::string_view value) {
     std::string out;

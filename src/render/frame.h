@@ -37,7 +37,7 @@ inline constexpr GLint lumaUnit = 0;
 inline constexpr GLint chromaUnit = 1;
 inline constexpr GLint otherUnit = 2;
 
-/// The picture in force: its planes in GL, their colours, what was found in it, and where its lens circle lies. Render
+/// The current picture: its planes in GL, their colours, what was found in it, and where its lens circle lies. Render
 /// thread.
 struct Frame {
     Frame() = default;

@@ -26,8 +26,8 @@ CropParam findLensRegion(const int* lensRegion, int width, int height, int lineS
     crop.height = ry ? 2 * ry : height;
     if (square) crop.width = crop.height = std::min(crop.width, crop.height);
     if (crop.width == width && width != lineSize) {
-        // The map takes shares of the picture's width, but the texture is as wide as a line. This is the width whose
-        // share of a line is the picture, less a pixel, so that no padding is blended in.
+        // `mapOntoRegion` divides by the picture's width, but the texture is a line wide. With this width the map ends
+        // at the picture's last column, less a pixel, so that no padding is blended in.
         crop.width = static_cast<int>(static_cast<double>(width) / lineSize * width - 1.0);
     }
     return crop;

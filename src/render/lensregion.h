@@ -28,8 +28,8 @@ struct RegionMap {
 /// the longer side to the shorter one. A region as wide as the picture ends before the padding of its lines.
 CropParam findLensRegion(const int* lensRegion, int width, int height, int lineSize, bool square);
 
-/// The map onto `crop`, a region of a picture of that size: `crop` in shares of the picture. A texture whose lines are
-/// padded is wider than the picture; the shares are taken of the texture all the same.
+/// The map onto `crop`, a region of a picture of that size. Coordinates are divided by the picture's width, but the
+/// texture is a line wide: where lines are padded, the map reaches further right than `crop`.
 RegionMap mapOntoRegion(const CropParam& crop, int width, int height);
 
 }  // namespace zet::ZETShow

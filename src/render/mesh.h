@@ -27,7 +27,7 @@ public:
     Mesh(const Mesh&) = delete;
     Mesh& operator=(const Mesh&) = delete;
 
-    /// Takes the place of what was there.
+    /// Replaces what was loaded before.
     void load(const MeshArrays& arrays);
     /// The rectangle of four vertices in triangle-strip order.
     void load(const std::array<MeshVertex, 4>& corners);

@@ -50,7 +50,7 @@ void Render::observeOnRenderThread(std::int64_t id, unsigned mask, const Work& w
                 return 0;
             });
         }
-        // Outside the door: an observer of the request may wait for the render thread.
+        // Outside the door: an observer of the request may block, and the display's end waits for those inside.
         return redraw ? config.setConfig(DCFG_RENDER_REQUEST, nullptr) : 0;
     };
     regist(id, callback, mask);
@@ -91,7 +91,7 @@ void Render::observeSettings() {
         if (fling && areFinite({fling->vx, fling->vy})) motion->startFling(fling->vx, fling->vy);
         return false;
     });
-    // The backdrop before the flight, which begins at a place of its own with each.
+    // The backdrop before the flight: where that begins depends on the backdrop.
     observe(DCFG_SCENE_BACKDROP, settingMask, [motion = _motion](DisplayConfigUserData& delivery) {
         const auto* const scene = delivery.getRecord<const SceneBackdrop>();
         if (scene) motion->setSceneBackdrop(scene->backdrop != 0, scene->stars != 0);

@@ -15,7 +15,7 @@
 
 namespace zet::ZETShow {
 
-/// Base of the views: what draws the frame as its motion stands. Held by shared pointer; made, drawn and destroyed on
+/// Base of the views: what draws the frame as its motion says. Held by shared pointer; made, drawn and destroyed on
 /// the render thread with the context current.
 ///
 /// The bus delivers gestures and settings to the motion, on their setters' threads. Nothing there uses the view.

@@ -21,9 +21,9 @@ varying vec2 v_texCoord;
 )";
 
 const char* const planeSampling = R"(
-vec4 samplePlanes(vec2 tc) {
-    float y = texture2D(y_texture, tc).r * levels.x + levels.y;
-    vec2 uv = texture2D(uv_texture, tc).ra - levels.z;
+vec4 samplePlanes(vec2 texCoord) {
+    float y = texture2D(y_texture, texCoord).r * levels.x + levels.y;
+    vec2 uv = texture2D(uv_texture, texCoord).ra - levels.z;
     return vec4(y + weights.x * uv.y, y + weights.y * uv.x + weights.z * uv.y, y + weights.w * uv.x, 1.0);
 }
 )";

@@ -2,7 +2,7 @@
 // pinch zooms by one step, a drag moves the zoomed picture, a double tap flies to the full zoom and back. The picture
 // turns in steps of 90 degrees, and a lens record straightens what the lens has bent. Where an analysis stage marks a
 // rectangle and the player allows it, the picture zooms to it, with the whole frame small in the lower right corner.
-// Boxes with labels stand round the faces of a frame, and a picture of the player's may lie over it all.
+// Boxes with labels are drawn round the faces of a frame, and a picture of the player's may lie over it all.
 
 #include "views/commonrender.h"
 
@@ -59,7 +59,7 @@ constexpr float baseTexCoords[8] = {0, 1, 1, 1, 0, 0, 1, 0};
 constexpr unsigned settingMask = DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY;
 
 constexpr float correctedHeight = 0.83f;  // share of the frame's height that a corrected picture is fitted with
-constexpr float nearPlane = 1.0f;         // the camera stands as far from the quad, so that it fills the view
+constexpr float nearPlane = 1.0f;         // the camera is as far from the quad, which then fills the view
 constexpr float farPlane = 30.0f;
 constexpr float insetScale = 0.3f;   // of the view
 constexpr float insetOffset = 0.7f;  // view units, right and down

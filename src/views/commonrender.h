@@ -61,7 +61,7 @@ private:
     // Made when first needed. Render thread.
     std::unique_ptr<AiRectRender> _aiRectRender;  // at the first frame with faces
     std::unique_ptr<ImageOverlay> _imageOverlay;  // goes first
-    int _faceOption = FACE_BOX;                   // `FaceOption` bits; fixed once `_aiRectRender` stands
+    int _faceOption = FACE_BOX;                   // `FaceOption` bits; fixed once `_aiRectRender` is made
 
     FrameProgram _correctedProgram;
     bool _corrects = false;                  // it draws, not `_program`

@@ -84,7 +84,7 @@ void CylinderSideMotion::step() {
     }
     if (_autoRotate) turn(-autoPerFrame);
     _eyeZ = _zoom.update([](float zoom) { return std::clamp(zoom, _zoomMin, _zoomMax); }) + restEyeZ;
-    _ptZm = -_pan;
+    _cut = -_pan;
 }
 
 void CylinderSideMotion::fly(float zoomStep, bool arrived) {

@@ -33,8 +33,8 @@ struct CylinderSideMotion final : Motion {
     Relaxed<int> _autoRotate = 0;
 
     // Worked out each frame.
-    float _eyeZ = 2.0f;    // the camera's z
-    float _ptZm = 1.035f;  // radians; the cut, as the shader wants it
+    float _eyeZ = 2.0f;   // the camera's z
+    float _cut = 1.035f;  // radians, the other way round: where the strip begins
 
     static constexpr float _zoomMin = -0.85f;  // the strip fills the height
     static constexpr float _zoomMax = 0.0f;

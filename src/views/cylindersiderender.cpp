@@ -74,7 +74,7 @@ void CylinderSideRender::draw(const Frame& frame) {
     matrixLookAt(_matrix._viewMatrix, 0, 0, _motion._eyeZ, 0, 0, 0, 0, 1, 0);
     _program.use(frame);
     _program.setMatrix(_matrix.computeMvp());
-    _program.set(0, _motion._ptZm);
+    _program.set(0, _motion._cut);
     _strip.bind();
     _strip.draw();
 }

@@ -5,7 +5,7 @@
 
 namespace zet::ZETShow {
 
-/// Where the camera stands before a shape and how far the shape may be tilted. Degrees and scene units.
+/// Where the camera is before a shape and how far the shape may be tilted. Degrees and scene units.
 struct CylinderSpherePose {
     float eyeBase;     // camera distance beyond the radius
     float approach;    // how much of it the camera gives up on the way to `tiltMax`

@@ -104,7 +104,7 @@ void CylinderSphereRender::placeCamera() {
     matrixIdentity(_matrix._modelMatrix);
     matrixLookAt(_matrix._viewMatrix, 0, 0, _motion._eyeZ, 0, 0, 0, 0, 1, 0);
     // The mesh has its axis along z and its rim towards the camera. Two half turns, together one about z; the tilt that
-    // stands it up; the spin about its own axis.
+    // sets it upright; the spin about its own axis.
     _matrix.rotateView(180, 1, 0, 0);
     _matrix.rotateView(180, 0, 1, 0);
     matrixTranslate(_matrix._viewMatrix, 0, _motion._liftY, 0);

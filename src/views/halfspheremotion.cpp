@@ -63,9 +63,9 @@ HalfSphereMotion::Phase HalfSphereMotion::phase() const {
     return _viewAt == 0 ? Phase::flyingToNear : Phase::nearRest;
 }
 
-float HalfSphereMotion::fratio() const {
-    const float share = (_eyeZ - _nearEyeZ) * _fratioMax / (_farEyeZ - _nearEyeZ);
-    return std::clamp(share, 0.0f, _fratioMax);
+float HalfSphereMotion::remoteness() const {
+    const float share = (_eyeZ - _nearEyeZ) * _remotenessMax / (_farEyeZ - _nearEyeZ);
+    return std::clamp(share, 0.0f, _remotenessMax);
 }
 
 float HalfSphereMotion::parallaxEyeZ() const {
@@ -84,7 +84,7 @@ void HalfSphereMotion::step() {
 
 void HalfSphereMotion::stepAutoRotate() {
     if (!_autoRotate) return;
-    _yaw.update([this](float yaw) { return foldIntoBothTurns(heldSum(yaw, _autoRotateSpeed * yawPerRotation)); });
+    _yaw.update([this](float yaw) { return wrapOnceSigned(heldSum(yaw, _autoRotateSpeed * yawPerRotation)); });
 }
 
 bool HalfSphereMotion::stepSpring() {

@@ -30,9 +30,9 @@ struct HalfSphereMotion final : Motion {
 
     // Render thread.
     void step() override;
-    /// How the picture is spread over the bowl: 0 at the near pose and below it, `_fratioMax` at the far one.
-    float fratio() const;
-    /// Camera of what stands behind the bowl: as far away as the bowl's at the far pose, and ahead of it on the way
+    /// How the picture is spread over the bowl: 0 at the near pose and below it, `_remotenessMax` at the far one.
+    float remoteness() const;
+    /// Camera for the scene behind the bowl: as far away as the bowl's at the far pose, and ahead of it on the way
     /// near.
     float parallaxEyeZ() const;
     /// As long as the scene moves by itself.
@@ -51,7 +51,7 @@ struct HalfSphereMotion final : Motion {
     Pose farPose() const { return {_farEyeZ, 0.0f, 0.0f, 0.0f}; }
 
     static constexpr float _radius = 6.0f;
-    static constexpr float _fratioMax = 0.5f;
+    static constexpr float _remotenessMax = 0.5f;
     static constexpr float _nearEyeZ = 2.0f;
     static constexpr float _nearPitch = -45.560596f;
     static constexpr float _nearMoveY = 1.8790853f;

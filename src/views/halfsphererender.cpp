@@ -2,7 +2,7 @@
 // from near the view along its wall, as if one stood in the room; under a finger that tilts further, its rim. A double
 // tap flies between far and near and turns what was tapped to the top, drags and pinches do the way by hand, and a
 // tilt beyond near springs back. A new view opens with a flight out of the bowl, in which it turns once. Behind it
-// stand a halo and stars, which are a part of their own.
+// are a halo and stars: see halfspherescene.
 
 #include "views/halfsphererender.h"
 
@@ -13,8 +13,9 @@ namespace zet::ZETShow {
 
 namespace {
 
-// The picture's radius goes over from a cosine of t, when the camera is far, to an even fall, and from that in part to
-// one that falls as the sine, when it is near. `share` is that of the former of the two.
+// The picture's radius by the angle t from the rim. When the camera is far it is cos t, the orthographic projection. On
+// the way near it becomes the even fall, which is the equidistant one, and then in part 1 - sin t. `share` is the
+// weight of the projection that counts further out.
 const char* const farBowl = R"(
 uniform float share;
 void main() {
@@ -78,7 +79,7 @@ void HalfSphereRender::drawBowl(const Frame& frame) {
     matrixIdentity(_sphereMatrix._modelMatrix);
     _motion.step();
     lookIntoScene(_sphereMatrix, _motion, _motion._eyeZ);
-    const float distance = _motion.fratio();
+    const float distance = _motion.remoteness();
     const bool isFar = distance >= evenDistance;
     FrameProgram& program = isFar ? _program : _nearProgram;
     program.use(frame);

@@ -32,12 +32,12 @@ uniform float uPointSize;
 uniform float uPointLight;
 attribute vec3 a_position;
 varying float vPointSize;
-varying vec4 vAmbient;
+varying vec4 vLight;
 void main() {
     gl_Position = u_mapMatrix * vec4(a_position, 1.0);
     gl_PointSize = uPointSize;
     vPointSize = uPointSize;
-    vAmbient = vec4(vec3(uPointLight), 1.0);
+    vLight = vec4(vec3(uPointLight), 1.0);
 }
 )";
 
@@ -46,10 +46,10 @@ void main() {
 const char* const starStage = R"(
 precision mediump float;
 varying float vPointSize;
-varying vec4 vAmbient;
+varying vec4 vLight;
 void main() {
     vec4 color = abs(vPointSize - 2.0) < 0.1 ? vec4(0.4, 0.4, 0.5, 1.0) : vec4(0.9, 0.9, 1.0, 1.0);
-    gl_FragColor = color * vAmbient;
+    gl_FragColor = color * vLight;
 }
 )";
 

@@ -12,7 +12,7 @@ namespace zet::ZETShow {
 /// Looks from `eyeZ` into the scene as `motion` has turned it. Render thread.
 void lookIntoScene(MatrixState& matrices, const HalfSphereMotion& motion, float eyeZ);
 
-/// What stands behind the half sphere: a halo that revolves round it and stars that twinkle. Both fall away faster than
+/// What is behind the half sphere: a halo that revolves round it and stars that twinkle. Both fall away faster than
 /// the bowl when the camera comes near. Render thread.
 class HalfSphereScene {
 public:
@@ -28,7 +28,7 @@ public:
     void loadPicture();
     void setFrustum(float aspect, float near, float far);
 
-    // One frame each, in which the scene stands as the bowl's last draw has left `motion`.
+    // One frame each, with the scene posed as the bowl's last draw has left `motion`.
     void drawBack(const HalfSphereMotion& motion);
     void drawPoints(const HalfSphereMotion& motion);
 

@@ -18,7 +18,7 @@ constexpr float lowPitch = -65.900597f;
 constexpr float lowMoveY = 2.6181979f;
 constexpr float lowMoveZ = 0.68567199f;
 constexpr float detailEyeZ = 2.0f;
-constexpr float mapEyeZ = 6.2f;  // the rim of radius 6 stands a little inside the pane
+constexpr float mapEyeZ = 6.2f;  // the rim of radius 6 is seen a little inside the pane
 
 constexpr float poleStep = 10.0f;  // degrees of pitch for a unit of travel, from the near pose to the pole
 constexpr float lowStep = 13.5f;   // the same towards the low pose
@@ -64,7 +64,7 @@ bool MultiViewMapMotion::stepSpring() {
             _travel = 0.0f;
         }
     } else if (!fingerUp && _wasFingerUp && _pitch <= nearPitch) {
-        // Caught: the finger goes on from where the pose stands.
+        // Caught: the finger goes on from the pose it has caught.
         _tiltSeen = true;
         _travel = (_pitch - nearPitch) / lowStep;
     }

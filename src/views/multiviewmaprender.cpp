@@ -9,9 +9,7 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr float aspect = 1.0f;  // panes are square
 constexpr float nearPlane = 1.0f;
-constexpr float farPlane = 25.0f;
 
 }  // namespace
 
@@ -26,32 +24,18 @@ int MultiViewMapRender::init(const ColorTransform& color) {
 }
 
 int MultiViewMapRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
+    if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) _detailArea.layOut(_motion._size, nearPlane);
     if (!_motion._size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
-    drawPanes(frame);
-    return 0;
-}
-
-void MultiViewMapRender::layOut() {
-    _detailArea.layoutPanes(_motion._size._lastWidth, _motion._size._lastHeight);
-    setFrustumByAspect(_detailMatrices, aspect, nearPlane, farPlane);
-    setFrustumByAspect(_mapMatrices, aspect, nearPlane, farPlane);
-}
-
-void MultiViewMapRender::drawPanes(const Frame& frame) {
     _motion.step();
     // The detail first: the light on the map needs its matrix.
     setViewport(_detailArea.detailPane());
-    matrixIdentity(_detailMatrices._modelMatrix);
-    _motion.updateDetailCamera(_detailMatrices);
-    const float* const detailMatrix = _detailMatrices.computeMvp();
-    _detailArea.drawDetail(_program, frame, detailMatrix);
-
+    _motion.updateDetailCamera(_detailArea._detailMatrices);
+    _detailArea.drawDetail(_program, frame);
     setViewport(_detailArea.mapPane());
-    matrixIdentity(_mapMatrices._modelMatrix);
-    MultiViewMapMotion::updateMapCamera(_mapMatrices);
-    _detailArea.drawMap(frame, _mapMatrices.computeMvp(), detailMatrix);
+    MultiViewMapMotion::updateMapCamera(_detailArea._mapMatrices);
+    _detailArea.drawMap(frame);
+    return 0;
 }
 
 }  // namespace zet::ZETShow

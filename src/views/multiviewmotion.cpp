@@ -55,7 +55,7 @@ void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
     matrices.rotateView(180, 0, 0, 1);
     matrices.rotateView(elevation, 1, 0, 0);
     matrixTranslate(matrices._viewMatrix, 0, baseMoveY * k + baseMoveY, baseMoveZ * k + baseMoveZ);
-    _pan[p].update(foldIntoTurn);
+    _pan[p].update(wrapOncePositive);
     // All panes that turn go on by a step with each pane that is drawn.
     if (_autoRotate) stepAutoRotate();
     matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
@@ -64,7 +64,7 @@ void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
 void MultiViewMotion::stepAutoRotate() {
     for (int p = 0; p < paneCount; ++p) {
         if (!_paneAutoRotate[p]) continue;
-        _pan[p].update([this](float pan) { return foldIntoTurn(heldSum(pan, _autoRotateSpeed * autoRotateStep)); });
+        _pan[p].update([this](float pan) { return wrapOncePositive(heldSum(pan, _autoRotateSpeed * autoRotateStep)); });
     }
 }
 

@@ -7,7 +7,7 @@
 
 namespace zet::ZETShow {
 
-/// The four cameras of the grid and where their panes stand. Gestures and frames change its numbers, `MultiViewRender`
+/// The four cameras of the grid and where their panes lie. Gestures and frames change its numbers, `MultiViewRender`
 /// draws them. Touch coordinates are surface pixels, origin at the top left corner.
 ///
 /// Pane 0 is at the bottom left of the screen, and the others follow clockwise.

@@ -20,11 +20,17 @@ struct PlanarPicture {
 /// Unpacks a run-length stream; an empty picture of size 0 if the stream is damaged: its tokens must fill the picture
 /// that its header announces exactly.
 ///
-/// The header is width and height, 16 bits each. A token begins with a word W (all words are little-endian): bits 0
-/// to 7 are a value, bits 8 to 12 belong to a length, bit 13 marks a third byte, bit 14 without bit 13 a third and
-/// a fourth, bit 15 a fill. The length is bits 8 to 12; with three bytes these bits count as a high byte above
-/// the third; with four the third byte is the low one and the fourth the middle one. A fill is `length` times the
-/// value, a literal is the value and then `length - 1` bytes from behind the token.
+/// The header is width and height, 16 bits each. Tokens follow. A token is a 16-bit word, then up to two bytes. All
+/// words are little-endian. Bits of the word:
+///
+/// | bits | meaning |
+/// | --- | --- |
+/// | 0 to 7 | the value |
+/// | 8 to 12 | H, which makes the length |
+/// | 13 | one byte A follows: the length is 256 H + A |
+/// | 14, where 13 is 0 | two bytes A and B follow: the length is 65536 H + 256 B + A |
+/// | neither | nothing follows: the length is H |
+/// | 15 | 1 a fill: the value, length times; 0 a literal: the value, then length - 1 bytes from behind the token |
 PlanarPicture unpackPicture(std::span<const std::uint8_t> stream);
 
 /// The picture as RGBA, opaque, top row first: limited-range BT.601, with chroma sampled bilinearly at each pixel.

@@ -5,8 +5,8 @@
 
 namespace zet::ZETShow {
 
-/// Points round the half sphere and behind it, in groups whose brightness goes up and down. A group shows the first so
-/// many of them. Numbers only; chance comes from the runtime's `rand`, never seeded here. Render thread.
+/// Points round the half sphere and behind it, in groups whose brightness goes up and down. Each group draws a
+/// prefix of the array. Numbers only; chance comes from the runtime's `rand`, never seeded here. Render thread.
 struct StarField {
     static constexpr int _pointCount = 680;
     static constexpr int groupCount = 10;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "render/render.h"
-#include "views/parts/dome.h"
+#include "views/parts/walldome.h"
 #include "views/walloneview180motion.h"
 
 namespace zet::ZETShow {
@@ -17,14 +17,8 @@ public:
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:
-    void draw(const Frame& frame);
-
     WallOneView180Motion& _motion;
-
-    // Fixed after `init`.
-    Mesh _dome;
-
-    MatrixState _matrixState;
+    WallDome _dome;
 };
 
 }  // namespace zet::ZETShow

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "render/render.h"
-#include "views/parts/dome.h"
+#include "views/parts/walldome.h"
 #include "views/parts/wallzoom.h"
 
 namespace zet::ZETShow {
@@ -16,14 +16,8 @@ public:
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:
-    void draw(const Frame& frame);
-
     WallZoom& _motion;
-
-    // Fixed after `init`.
-    Mesh _dome;
-
-    MatrixState _matrixState;
+    WallDome _dome;
 };
 
 }  // namespace zet::ZETShow

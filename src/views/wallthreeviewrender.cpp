@@ -1,6 +1,6 @@
 // What a person sees: three still pictures of what a lens on a wall sees. At the top left what a camera that is turned
 // to the left sees, at the top right the same to the right, and below both, over the whole width, a panorama: across
-// it 162 degrees from left to right, up it 98, and what is upright in the scene stands upright in it.
+// it 162 degrees from left to right, up it 98, and what is upright in the scene is upright in it.
 
 #include "views/wallthreeviewrender.h"
 

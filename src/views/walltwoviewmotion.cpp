@@ -10,7 +10,7 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr float overviewEyeZ = 9.2000008f;  // the rim of radius 6 stands well inside the pane
+constexpr float overviewEyeZ = 9.2000008f;  // the rim of radius 6 is seen well inside the pane
 
 constexpr float stepSize = 1.44f;            // degrees of the larger angle in one step of a movement
 constexpr float farthest = 36000.0f;         // degrees: no finger asks for more, and no frame waits for more steps
@@ -18,7 +18,7 @@ constexpr double dragSensitivity = 0.15;     // degrees a pixel
 constexpr float dragPart = 0.2f;             // of that
 constexpr float flingTurn = 3.0f * 0.1125f;  // degrees a frame, for a thousand pixels a second
 constexpr float flingYaw = 1.2f;             // of that, in yaw
-constexpr float aimSlack = 5.0f;             // degrees beyond the diamond at which an aim may stand
+constexpr float aimSlack = 5.0f;             // degrees: an aim may be so far beyond the diamond
 constexpr float aimShrink = 0.91f;
 
 // Draws a place along a side of the overview outward from the middle, so that the edge is reached a `band` before it.

@@ -9,9 +9,7 @@ namespace zet::ZETShow {
 
 namespace {
 
-constexpr float aspect = 1.0f;  // panes are square
 constexpr float nearPlane = 1.5f;
-constexpr float farPlane = 25.0f;
 
 }  // namespace
 
@@ -26,31 +24,17 @@ int WallTwoViewRender::init(const ColorTransform& color) {
 }
 
 int WallTwoViewRender::render(int surfaceWidth, int surfaceHeight, const Frame& frame) {
-    if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) layOut();
+    if (_motion._size.changeTo(surfaceWidth, surfaceHeight)) _detailArea.layOut(_motion._size, nearPlane);
     if (!_motion._size._sized) return -1;
     glClear(GL_COLOR_BUFFER_BIT);
-    drawPanes(frame);
-    return 0;
-}
-
-void WallTwoViewRender::layOut() {
-    _detailArea.layoutPanes(_motion._size._lastWidth, _motion._size._lastHeight);
-    setFrustumByAspect(_detailMatrices, aspect, nearPlane, farPlane);
-    setFrustumByAspect(_mapMatrices, aspect, nearPlane, farPlane);
-}
-
-void WallTwoViewRender::drawPanes(const Frame& frame) {
     // The detail first: the light on the overview needs its matrix.
     setViewport(_detailArea.detailPane());
-    matrixIdentity(_detailMatrices._modelMatrix);
-    _motion.updateDetailCamera(_detailMatrices);
-    const float* const detailMatrix = _detailMatrices.computeMvp();
-    _detailArea.drawDetail(_program, frame, detailMatrix);
-
+    _motion.updateDetailCamera(_detailArea._detailMatrices);
+    _detailArea.drawDetail(_program, frame);
     setViewport(_detailArea.mapPane());
-    matrixIdentity(_mapMatrices._modelMatrix);
-    WallTwoViewMotion::updateOverviewCamera(_mapMatrices);
-    _detailArea.drawMap(frame, _mapMatrices.computeMvp(), detailMatrix);
+    WallTwoViewMotion::updateOverviewCamera(_detailArea._mapMatrices);
+    _detailArea.drawMap(frame);
+    return 0;
 }
 
 }  // namespace zet::ZETShow

@@ -2,7 +2,6 @@
 
 #include "render/render.h"
 #include "views/parts/detailarea.h"
-#include "views/parts/dome.h"
 #include "views/walltwoviewmotion.h"
 
 namespace zet::ZETShow {
@@ -17,17 +16,8 @@ public:
     int render(int surfaceWidth, int surfaceHeight, const Frame& frame) override;
 
 private:
-    void layOut();
-    void drawPanes(const Frame& frame);
-
     WallTwoViewMotion& _motion;
-
-    // Fixed after `init`.
-
-    // As of the last layout and the last frame.
     DetailArea _detailArea;
-    MatrixState _detailMatrices;
-    MatrixState _mapMatrices;
 };
 
 }  // namespace zet::ZETShow

@@ -40,5 +40,13 @@ TEST(LensRegion, liesWhereItsNumbersSay) {
     }
 }
 
+TEST(RegionMap, dividesByThePicture) {
+    const RegionMap map = mapOntoRegion({20, -10, 50, 40}, 100, 80);
+    EXPECT_FLOAT_EQ(map.centreX, 0.45f);
+    EXPECT_FLOAT_EQ(map.centreY, 0.125f);
+    EXPECT_FLOAT_EQ(map.halfWidth, 0.25f);
+    EXPECT_FLOAT_EQ(map.halfHeight, 0.25f);
+}
+
 }  // namespace
 }  // namespace zet::ZETShow

@@ -1,6 +1,7 @@
 #include "support/eglcalls.h"
 
 #include <EGL/egl.h>
+#include <GLES2/gl2.h>
 
 #include <atomic>
 #include <chrono>
@@ -16,7 +17,7 @@ struct Wrapped {
     std::atomic<bool> fails = false;
 };
 
-Wrapped wrapped[static_cast<int>(EglCall::swapBuffers) + 1];
+Wrapped wrapped[static_cast<int>(EglCall::shaderSource) + 1];
 
 std::mutex swapMutex;
 std::condition_variable swapped;
@@ -119,6 +120,13 @@ EGLBoolean __wrap_eglSwapBuffers(EGLDisplay display, EGLSurface surface) {
     ++swaps;
     swapped.notify_all();
     return result;
+}
+
+ZET_DECLARE(glShaderSource);
+void __wrap_glShaderSource(GLuint shader, GLsizei count, const GLchar* const* texts, const GLint* lengths) {
+    const GLchar* const noShader = "no shader";
+    if (fails(EglCall::shaderSource)) return __real_glShaderSource(shader, 1, &noShader, nullptr);
+    __real_glShaderSource(shader, count, texts, lengths);
 }
 
 }  // namespace zet::test

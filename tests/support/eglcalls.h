@@ -5,7 +5,8 @@
 namespace zet::test {
 
 /// EGL functions that pass through the tests: counted, and made to fail. `makeCurrent` means only the calls that make
-/// a context current, not those that let it go.
+/// a context current, not those that let it go. `shaderSource` is GL's: when it fails, the shader gets a text that
+/// doesn't compile.
 enum class EglCall {
     getDisplay,
     initialize,
@@ -17,11 +18,12 @@ enum class EglCall {
     querySurface,
     swapInterval,
     swapBuffers,
+    shaderSource,
 };
 
 /// Calls of all displays since the start of the program or the last `resetEgl`.
 int eglCalls(EglCall call);
-/// Calls from now on fail without reaching EGL, until `resetEgl`.
+/// Calls from now on fail, those of EGL without reaching it, until `resetEgl`.
 void failEgl(EglCall call);
 /// Nothing fails, counts are 0.
 void resetEgl();

@@ -59,7 +59,7 @@ TEST(HalfSphereMotion, OpeningRisesInOneTurnFrameByFrame) {
             const double eyeZ = c.start + 0.12 * k;
             ASSERT_NEAR(motion._eyeZ, eyeZ, 1e-4) << k;
             ASSERT_NEAR(motion._shownYaw, 5.472 * k, 1e-2) << k;
-            ASSERT_NEAR(motion.fratio(), std::max(0.0, (eyeZ - 2) * 0.5 / (c.far - 2)), 1e-4) << k;
+            ASSERT_NEAR(motion.remoteness(), std::max(0.0, (eyeZ - 2) * 0.5 / (c.far - 2)), 1e-4) << k;
             ASSERT_EQ(motion.phase(), Phase::flyingToFar) << k;
         }
         motion.step();
@@ -67,7 +67,7 @@ TEST(HalfSphereMotion, OpeningRisesInOneTurnFrameByFrame) {
         motion.step();
         EXPECT_NEAR(motion._shownYaw, c.restYaw, 1e-2);
         expectPose(motion, static_cast<float>(c.far), 0, 0, 0);
-        EXPECT_FLOAT_EQ(motion.fratio(), 0.5f);
+        EXPECT_FLOAT_EQ(motion.remoteness(), 0.5f);
     }
 }
 

@@ -56,7 +56,6 @@ TEST_F(WallOneGl, showsTheLensCircleFromFarAndNear) {
     pinch(1.5f, 1);
     move(-160, -200);
     expectLens("to the right and down", 3, 12, 15);
-    EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 0) << "a lifted finger moves nothing";
 }
 
 TEST_F(WallOneGl, wall180ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
@@ -70,9 +69,7 @@ TEST_F(WallOneGl, wall180ShowsTheFrameFlatFromFarAndBendsItOnTheWayIn) {
     shown();
     move(-560, -380);
     expectFrame("to the right and down", -0.8, 42, 28.5);
-    EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 1);
-    for (int i = 0; i < 4; ++i) drawOut();
-    expectFrame("sprung back", -0.8, 37.2, 0.6);
+    EXPECT_EQ(requestsOf([this] { touch(DCFG_TOUCH_UP, 5, 5); }), 1) << "the spring wants its frames";
 }
 
 TEST_F(WallOneGl, wall180ShowsTheLensRegionAsItIs) {

@@ -16,14 +16,14 @@ inline float dropWholeTurns(float angle) {
 }
 
 /// Corrects one turn into (-360, 360); an angle further out stays out.
-inline float foldIntoBothTurns(float angle) {
+inline float wrapOnceSigned(float angle) {
     if (angle <= -360.0f) angle += 360.0f;
     if (angle >= 360.0f) angle -= 360.0f;
     return angle;
 }
 
 /// Corrects one turn, upward and then downward, into [0, 360); an angle further out stays out.
-inline float foldIntoTurn(float angle) {
+inline float wrapOncePositive(float angle) {
     if (angle <= 0.0f) angle += 360.0f;
     if (angle >= 360.0f) angle -= 360.0f;
     return angle;

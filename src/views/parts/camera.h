@@ -6,17 +6,17 @@
 
 namespace zet::ZETShow {
 
-/// The surface size for which a view stands laid out.
+/// The surface size for which a view is laid out.
 struct SurfaceSize {
     /// Takes the surface's size before a draw; true if the view is to lay itself out for it. A side of 0 changes
-    /// nothing; with a side of 1 to 10 pixels no layout stands any more. Render thread.
+    /// nothing; after a side of 1 to 10 pixels there is no layout any more. Render thread.
     bool changeTo(int width, int height);
     float aspect() const { return static_cast<float>(_lastWidth) / static_cast<float>(_lastHeight); }
 
     // Written by frames, read by gestures too. 0 until the first layout.
     Relaxed<int> _lastWidth = 0;
     Relaxed<int> _lastHeight = 0;
-    Relaxed<int> _sized = 0;  // a layout stands
+    Relaxed<int> _sized = 0;  // there is a layout
 };
 
 /// The frustum of half height 1 and half width `aspect` at the near plane.

@@ -4,7 +4,7 @@
 
 namespace zet::ZETShow {
 
-// The camera of a wall view's detail: it stands before the open rim, looks into the dome and turns to a side. Degrees;
+// The camera of a wall view's detail: it is before the open rim, looks into the dome and turns to a side. Degrees;
 // a positive yaw looks to the right of the lens circle, a positive pitch down.
 
 /// Limit of yaw and pitch, and of their sum in size: the camera turns within a diamond.

@@ -24,7 +24,7 @@ void hold(Relaxed<float>& number, float least, float most) {
     number.update([least, most](float loose) { return std::clamp(loose, least, most); });
 }
 
-// What is left of an angle one even step further on its way to 0.
+// The angle one step nearer to 0.
 float steppedToZero(float angle, float step) {
     return std::fabs(angle) > std::fabs(step) ? angle - step : 0.0f;
 }
@@ -52,11 +52,11 @@ void WallZoom::step() {
             clampView();
             break;
     }
-    updateCoefficients();
+    updateStretch();
 }
 
 void WallZoom::stepByHand() {
-    clampView();  // by where the camera stood
+    clampView();  // by the camera of the last frame
     const float target = _targetEyeZ;
     _eyeZ = std::clamp(target, _settings.nearEyeZ, _settings.farEyeZ);  // a pinch may have come since
     const float back = _eyeZ - _previousEyeZ;
@@ -72,12 +72,12 @@ void WallZoom::stepByHand() {
     _previousEyeZ = _eyeZ;
     const bool close = _eyeZ < _settings.farEyeZ - _settings.closeMargin;
     if (_flightBusy) {
-        // A double tap calls the flight in back. One that has come close already goes on.
+        // A double tap has turned a flight in back. If the camera is close already, the flight goes on.
         _wantClose = close;
         _atWide = close;
         if (!close) _flightStarted = false;
     } else if (_atWide == close) {
-        rest(close);  // only a crossing is stored: a tap that came since stands
+        rest(close);  // only a crossing is stored: it must not undo a tap that came since
     }
 }
 
@@ -147,12 +147,12 @@ void WallZoom::clampView() {
     hold(_yaw, -_yawLimit, _yawLimit);
 }
 
-void WallZoom::updateCoefficients() {
+void WallZoom::updateStretch() {
     const float k = 1.0f - (_eyeZ - _settings.nearEyeZ) / (_settings.farEyeZ - _settings.nearEyeZ);
     const auto between = [k](float far, float near) { return (near - far) * k + far; };
-    const DomeCoff& far = _settings.coffFar;
-    const DomeCoff& near = _settings.coffNear;
-    _coff = {between(far.x, near.x), between(far.z, near.z)};
+    const DomeStretch& far = _settings.farStretch;
+    const DomeStretch& near = _settings.nearStretch;
+    _stretch = {between(far.x, near.x), between(far.z, near.z)};
 }
 
 void WallZoom::updateCamera(MatrixState& matrices) const {

@@ -7,8 +7,8 @@
 
 namespace zet::ZETShow {
 
-/// Factors on two of the dome's axes.
-struct DomeCoff {
+/// Factors on two of the dome's axes: across and in depth.
+struct DomeStretch {
     float x;
     float z;
 };
@@ -17,13 +17,13 @@ struct DomeCoff {
 struct WallZoomSettings {
     float farEyeZ;      // camera of the wide rest
     float nearEyeZ;     // and the closest one
-    float closeMargin;  // a camera that is pinched to more than this before farEyeZ rests close
+    float closeMargin;  // a pinched camera that is nearer than farEyeZ by more rests close
     float pinchStep;    // of the camera, whatever the size of the pinch
     float yawLimitMax;  // turns to either side at nearEyeZ
     float pitchLimitMax;
-    bool tapRecallsFlight;  // a double tap calls back a flight in that has just begun; otherwise flights hear no tap
-    DomeCoff coffFar;
-    DomeCoff coffNear;
+    bool tapRecallsFlight;  // a double tap turns a flight in back that has just begun; else flights ignore taps
+    DomeStretch farStretch;
+    DomeStretch nearStretch;
 };
 
 inline constexpr WallZoomSettings wallOneZoom = {
@@ -34,8 +34,8 @@ inline constexpr WallZoomSettings wallOneZoom = {
     .yawLimitMax = 32.0f,
     .pitchLimitMax = 26.0f,
     .tapRecallsFlight = false,
-    .coffFar = {1.0f, 1.25f},
-    .coffNear = {1.05f, 0.7f},
+    .farStretch = {1.0f, 1.25f},
+    .nearStretch = {1.05f, 0.7f},
 };
 
 inline constexpr WallZoomSettings wallOne180Zoom = {
@@ -46,8 +46,8 @@ inline constexpr WallZoomSettings wallOne180Zoom = {
     .yawLimitMax = 60.0f,
     .pitchLimitMax = 32.0f,
     .tapRecallsFlight = true,
-    .coffFar = {1.0f, 0.0f},
-    .coffNear = {1.05f, 0.8f},
+    .farStretch = {1.0f, 0.0f},
+    .nearStretch = {1.05f, 0.8f},
 };
 
 /// A camera on the axis of a dome that rests far out, where it can't turn, or close, where it can, and flies between
@@ -70,7 +70,7 @@ struct WallZoom : Motion {
     void setAutoRotate(bool on, float) override;  // at one speed
 
     // Render thread.
-    /// One frame: the sweep, the flight or what pinches ask for; then the dome's coefficients.
+    /// One frame: the sweep, the flight or what pinches ask for; then the dome's stretch.
     void step() override;
     /// Holds yaw and pitch within what the camera's distance allows, and the pinched distance within its range.
     void clampView();
@@ -102,7 +102,7 @@ struct WallZoom : Motion {
     // Worked out each frame. Render thread.
     float _yawLimit = 0.0f;  // degrees
     float _pitchLimit = 0.0f;
-    DomeCoff _coff = _settings.coffFar;
+    DomeStretch _stretch = _settings.farStretch;
 
 private:
     void fling(float velocityX, float velocityY) override;
@@ -112,7 +112,7 @@ private:
     bool stepFlightIn();
     bool stepFlightOut();
     void stepSweep();
-    void updateCoefficients();
+    void updateStretch();
 };
 
 }  // namespace zet::ZETShow
