@@ -92,7 +92,7 @@ int Display::onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery) {
 // A replay comes before the render thread is there.
 int Display::onNativeDisplay(DisplayConfig&, DisplayConfigUserData& delivery) {
     void* const native = delivery.getData();
-    if (delivery.getState() & DCFG_FLAG_REPLAY) {
+    if (delivery.getState() & int{DCFG_FLAG_REPLAY}) {
         _nativeDisplay = native;
         if (native) _wanted = Platform::Kind::wayland;
         return 0;
@@ -102,7 +102,7 @@ int Display::onNativeDisplay(DisplayConfig&, DisplayConfigUserData& delivery) {
 
 int Display::onOffscreenSize(DisplayConfig&, DisplayConfigUserData& delivery) {
     const auto* const size = delivery.getRecord<const OffscreenSize>();
-    if (delivery.getState() & DCFG_FLAG_REPLAY) {
+    if (delivery.getState() & int{DCFG_FLAG_REPLAY}) {
         if (!size) return 0;
         _offscreenSize = *size;
         _wanted = Platform::Kind::offscreen;
