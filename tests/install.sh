@@ -50,3 +50,9 @@ if pkg-config --exists Qt5Gui; then
 else
     echo "not tried: examples/qt, as Qt 5 isn't here"
 fi
+
+# Without a display server.
+step cmake -S "${example%/*}/record" -B "$scratch/record" -G Ninja -DCMAKE_PREFIX_PATH="$scratch/moved"
+step cmake --build "$scratch/record"
+env -u DISPLAY "$scratch/record/record" 3 >"$scratch/pictures"
+[ "$(tr -d '\0\377' <"$scratch/pictures" | head -c 1 | wc -c)" = 1 ] || { echo "the recorder's pictures are black"; exit 1; }

@@ -15,7 +15,7 @@ packages=(
     libsdl2-dev libx11-dev libxext-dev libavformat-dev libavcodec-dev libswscale-dev libpng-dev libcli11-dev nlohmann-json3-dev
     # Tests and benchmarks
     libgtest-dev libgmock-dev libbenchmark-dev ffmpeg xdotool
-    # An X display where there is no screen, and how to ask for one
+    # An X display for the tests, and how to ask for one
     xvfb x11-utils
 )
 [ "${1-}" = ci ] && packages+=(qtbase5-dev clang libclang-rt-14-dev clang-format clang-tidy shellcheck doxygen lintian git)

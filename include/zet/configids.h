@@ -98,15 +98,17 @@ inline constexpr ConfigId<SnapData> DCFG_FRAME_READ{displayConfigId(0x9000001f)}
 inline constexpr ConfigId<const FrameColor> DCFG_FRAME_COLOR{displayConfigId(0x90000101)};
 /// Set by the module on the render thread after each swap that has shown a picture: uint32 by value, the pictures of
 /// this display so far, redraws included. Displays that share a bus share this slot. Its observers only store what they
-/// need, and neither set nor read anything.
+/// need, and neither set nor read anything. The display's context is current: what has been drawn offscreen can be read
+/// with `glReadPixels`, bottom row first.
 inline constexpr ConfigId<std::uint32_t> DCFG_DRAWN{displayConfigId(0x90000102)};
 /// The player's `wl_display`; null, the default, for X11. Set it before the window, which is a `wl_egl_window` then.
 /// The setter waits: when null has been set the module has let go of the last one, and of the window on it. A pointer
 /// that is no `wl_display` can't be told from a good one.
 inline constexpr ConfigId<NativeHandle> DCFG_NATIVE_DISPLAY{displayConfigId(0x90000103)};
 /// `OffscreenSize`: draw into memory of that size, without a window and without a display server. Frames, gestures,
-/// modes, snapshots and notices are as with a window. The setter waits until the surface is ready. The last one set of
-/// window and size is in force; null as a window leaves a size in force.
+/// modes, snapshots and notices are as with a window; another size keeps view and picture. The setter waits until the
+/// surface is ready. The last one set of window and size is in force, and null as a window ends either. A size that
+/// can't be drawn changes nothing.
 inline constexpr ConfigId<const OffscreenSize> DCFG_OFFSCREEN_SIZE{displayConfigId(0x90000104)};
 
 }  // namespace zet

@@ -1,7 +1,6 @@
 #include "bus/driver.h"
 
 #include <chrono>
-#include <functional>
 #include <utility>
 
 #include "bus/color.h"
@@ -17,7 +16,7 @@ constexpr std::chrono::milliseconds patience = 1s;
 
 }  // namespace
 
-Driver::Driver() : _observers(&_bus) {
+Driver::Driver(std::optional<zet::OffscreenSize> size) : _hasWindow(size.has_value()), _observers(&_bus) {
     const auto observe = [this](std::int64_t id, const std::function<void(void* data)>& act) {
         const auto observer = [act](zet::DisplayConfig&, zet::DisplayConfigUserData& event) {
             act(event.getData());
@@ -29,7 +28,15 @@ Driver::Driver() : _observers(&_bus) {
         if (request) answerFrameRead(*static_cast<zet::SnapData*>(request));
     });
     observe(zet::DCFG_GL_CONTEXT, [this](void* context) { _hasContext = context != nullptr; });
-    observe(zet::DCFG_DRAWN, [this](void*) { _draws.drawn(); });
+    observe(zet::DCFG_DRAWN, [this](void*) {
+        {
+            const std::lock_guard lock(_drawnMutex);
+            if (_drawn) _drawn();
+        }
+        _draws.drawn();
+    });
+    // Before the display, which else asks for a screen first.
+    if (size) _bus.setConfig(zet::DCFG_OFFSCREEN_SIZE, &*size);
     // Before the module's own observer and behind it.
     observe(zet::DCFG_RENDER_REQUEST, [this](void*) { _draws.requestBegins(); });
     _display = zet::CreateZETDisplay(&_bus, &_global);
@@ -42,6 +49,17 @@ void Driver::setWindow(std::uintptr_t handle) {
     _hasWindow = handle != 0;
     _bus.setConfig(zet::DCFG_WINDOW_INSTANCE, handle);
     if (handle != 0 && !_hasContext) throw Failure("no OpenGL ES 2 context: EGL does not work on this X display");
+}
+
+void Driver::setOffscreenSize(zet::OffscreenSize size) {
+    _hasWindow = true;
+    _bus.setConfig(zet::DCFG_OFFSCREEN_SIZE, &size);
+    if (!_hasContext) throw Failure("no OpenGL ES 2 context: EGL does not work here");
+}
+
+void Driver::onDrawn(std::function<void()> act) {
+    const std::lock_guard lock(_drawnMutex);
+    _drawn = std::move(act);
 }
 
 void Driver::setFrame(const Picture& picture, const Annotations& annotations) {

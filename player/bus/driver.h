@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -36,7 +37,8 @@ struct Snapshot {
 /// passed on unchecked.
 class Driver {
 public:
-    Driver();
+    /// With a size the module draws into memory.
+    explicit Driver(std::optional<zet::OffscreenSize> size = std::nullopt);
     ~Driver();
     Driver(const Driver&) = delete;
     Driver& operator=(const Driver&) = delete;
@@ -46,6 +48,11 @@ public:
 
     /// X11 window id, 0 for none. Throws `Failure` if the module has no OpenGL ES context for it.
     void setWindow(std::uintptr_t handle);
+    /// Draws into memory from now on. Throws `Failure` as `setWindow` does.
+    void setOffscreenSize(zet::OffscreenSize size);
+    /// What to do on the module's render thread behind each draw, with its context current; nothing at first. When this
+    /// returns, what was to be done before is not done any more.
+    void onDrawn(std::function<void()> act);
 
     /// Sets a frame on the bus, and its colours first where they are others than the last frame's. Keeps its planes.
     void setFrame(const Picture& picture, const Annotations& annotations);
@@ -95,6 +102,8 @@ private:
     Picture _picture;        // set last
     zet::FrameColor _color;  // set last
     DrawWatch _draws;
+    std::mutex _drawnMutex;  // held while `_drawn` runs
+    std::function<void()> _drawn;
     bool _frameReadAnswered = false;
     std::atomic<bool> _hasWindow = false;
     std::atomic<bool> _hasContext = false;

@@ -22,13 +22,18 @@ struct Image {
     std::vector<std::uint8_t> rgb;
 };
 
-/// Upright picture in memory of somebody else's: words of 32 bits that hold 0xRRGGBB below what means nothing, the top
-/// row first.
+enum class PixelOrder {
+    words,  ///< words of 32 bits that hold 0xRRGGBB; the top byte is undefined
+    rgba,   ///< four bytes; alpha means nothing
+};
+
+/// Upright picture in memory of somebody else's.
 struct Pixels {
-    const std::uint8_t* first;
-    int lineSize;  ///< bytes
-    int width;     ///< pixels
-    int height;    ///< pixels
+    const std::uint8_t* first;  ///< of the top row
+    int lineSize;               ///< bytes to the row below; negative where rows go upward in memory
+    int width;                  ///< pixels
+    int height;                 ///< pixels
+    PixelOrder order = PixelOrder::words;
 };
 
 Image imageFromPixels(const Pixels& pixels);

@@ -144,9 +144,10 @@ void VideoWriter::add(const Pixels& pixels, double seconds) {
     // The encoder may still hold the last picture's memory.
     if (const int error = av_frame_make_writable(&frame); error < 0) fail(causeOf(error));
     constexpr int quality = SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INP;
+    const AVPixelFormat format = pixels.order == PixelOrder::rgba ? AV_PIX_FMT_RGB0 : AV_PIX_FMT_0RGB32;
     parts.scaler.reset(sws_getCachedContext(parts.scaler.release(), evenPart(pixels.width), evenPart(pixels.height),
-                                            AV_PIX_FMT_0RGB32, frame.width, frame.height, AV_PIX_FMT_YUV420P, quality,
-                                            nullptr, nullptr, nullptr));
+                                            format, frame.width, frame.height, AV_PIX_FMT_YUV420P, quality, nullptr,
+                                            nullptr, nullptr));
     if (!parts.scaler) fail("the window's picture cannot be scaled");
     const int* const rgb = sws_getCoefficients(SWS_CS_DEFAULT);
     sws_setColorspaceDetails(parts.scaler.get(), rgb, 1, sws_getCoefficients(SWS_CS_ITU709), 0, 0, 1 << 16, 1 << 16);

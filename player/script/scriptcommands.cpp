@@ -52,7 +52,7 @@ Step wait(ScriptWords& words) {
 Step window(ScriptWords& words) {
     const std::string which = words.text("new, again or none");
     if (which == "new") return [](Session& session) { session.renewWindow(); };
-    if (which == "again") return [](Session& session) { session.driver.setWindow(session.window->handle()); };
+    if (which == "again") return [](Session& session) { session.showWindow(); };
     if (which == "none") return [](Session& session) { session.driver.setWindow(0); };
     ScriptWords::refuse(which, "new, again or none");
 }
@@ -60,7 +60,7 @@ Step window(ScriptWords& words) {
 Step resize(ScriptWords& words) {
     const int width = words.integer("a width in pixels", 1, 32767);
     const int height = words.integer("a height in pixels", 1, 32767);
-    return [=](Session& session) { session.window->resize(width, height); };
+    return [=](Session& session) { session.resize(width, height); };
 }
 
 Step renderMode(ScriptWords& words) {

@@ -11,6 +11,7 @@
 #include "media/lensfinder.h"
 #include "session/views.h"
 #include "window/interrupt.h"
+#include "window/memorywindow.h"
 
 namespace zetplay {
 
@@ -73,7 +74,9 @@ std::string fontFile(const std::string& given) {
 Session::Session(const Options& given)
     : options(given),
       source(openSource(given)),
-      window(std::make_unique<Window>(given.width, given.height, given.headless)),
+      _video(given.headless ? std::nullopt : std::optional<VideoSystem>(std::in_place)),
+      window(makeWindow(given.width, given.height)),
+      driver(given.headless ? std::optional<zet::OffscreenSize>({given.width, given.height}) : std::nullopt),
       feed(*source, driver),
       _view(given.view) {
     source->giveUpWhen([this] { return closing(); });
@@ -88,17 +91,20 @@ Session::Session(const Options& given)
     driver.global().setRectZoom(options.rectZoom);
     retitle();
     driver.setView(_view);
-    driver.setWindow(window->handle());
+    if (options.headless && savesPictures()) driver.onDrawn([this] { window->take(); });
+    showWindow();
     if (!options.record.empty()) startRecording();
 }
 
 Session::~Session() {
-    _video.onServerLost({});
+    driver.onDrawn({});
+    if (_video) _video->onServerLost({});
 }
 
 void Session::startRecording() {
     recording = std::make_unique<VideoWriter>(options.record, window->width(), window->height(), source->frameRate());
-    _video.onServerLost([this] {
+    if (!_video) return;
+    _video->onServerLost([this] {
         try {
             recording->finish();
         } catch (const Failure& failure) {
@@ -121,10 +127,34 @@ void Session::setView(int view) {
 
 void Session::renewWindow() {
     // The module leaves the old window before that goes.
-    auto fresh = std::make_unique<Window>(window->width(), window->height(), options.headless);
-    driver.setWindow(fresh->handle());
-    window = std::move(fresh);
+    auto fresh = makeWindow(window->width(), window->height());
+    std::swap(fresh, window);
+    showWindow();
     retitle();
+}
+
+void Session::showWindow() {
+    if (!options.headless) {
+        driver.setWindow(window->handle());
+    } else {
+        driver.setWindow(0);
+        driver.setOffscreenSize({window->width(), window->height()});
+    }
+}
+
+void Session::resize(int width, int height) {
+    window->resize(width, height);
+    if (options.headless) driver.setOffscreenSize({width, height});
+}
+
+std::unique_ptr<Window> Session::makeWindow(int width, int height) const {
+    if (options.headless) return std::make_unique<MemoryWindow>(width, height);
+    return std::make_unique<ScreenWindow>(width, height);
+}
+
+/// Whether a picture of the window may be asked for.
+bool Session::savesPictures() const {
+    return !(options.record.empty() && options.shot.empty() && options.gallery.empty() && options.script.empty());
 }
 
 std::optional<Snapshot> Session::snap(bool sourceFrame) {

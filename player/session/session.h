@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "bus/driver.h"
@@ -26,7 +27,7 @@ public:
     const std::unique_ptr<Source> source;
 
 private:
-    VideoSystem _video;
+    std::optional<VideoSystem> _video;  // none where no screen is needed
 
 public:
     std::unique_ptr<Window> window;
@@ -39,8 +40,11 @@ public:
     void setView(int view);
     /// Sets the waiting picture, returns when it is drawn, and records the window if that was asked for.
     void drawNext();
+    /// Gives the module the window that there is, as if it were another one.
+    void showWindow();
     /// Puts a fresh window in the place of the present one.
     void renewWindow();
+    void resize(int width, int height);
     /// Takes an upright snapshot, with the timestamp if there is one, in a buffer that is large enough.
     std::optional<Snapshot> snap(bool sourceFrame);
     /// Bytes that hold any snapshot.
@@ -55,6 +59,8 @@ public:
     void drainEvents();
 
 private:
+    std::unique_ptr<Window> makeWindow(int width, int height) const;
+    bool savesPictures() const;
     void startRecording();
     void retitle();
 

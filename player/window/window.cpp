@@ -64,7 +64,7 @@ void VideoSystem::onServerLost(std::function<void()> save) {
     rescuer = std::this_thread::get_id();
 }
 
-Window::Window(int width, int height, bool headless) {
+ScreenWindow::ScreenWindow(int width, int height) {
     _window = SDL_CreateWindow("zetplay", SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, width, height,
                                SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE);
     if (!_window) throw Failure(std::string("cannot make a window: ") + SDL_GetError());
@@ -79,53 +79,41 @@ Window::Window(int width, int height, bool headless) {
     // The module fills the whole window; a background would only flicker through on a resize.
     attributes.background_pixmap = None;
     XChangeWindowAttributes(_display, _handle, CWBackingStore | CWBackPixmap, &attributes);
-    if (headless) {
-        placeOffScreen(width);
-    } else {
-        SDL_ShowWindow(_window);
-    }
+    SDL_ShowWindow(_window);
     XSync(_display, False);
 }
 
-Window::~Window() {
+ScreenWindow::~ScreenWindow() {
     SDL_DestroyWindow(_window);
 }
 
-void Window::placeOffScreen(int width) {
-    XSetWindowAttributes attributes{};
-    attributes.override_redirect = True;
-    XChangeWindowAttributes(_display, _handle, CWOverrideRedirect, &attributes);
-    XMoveWindow(_display, _handle, -width - 64, 0);
-    XMapWindow(_display, _handle);
-}
-
-int Window::width() const {
+int ScreenWindow::width() const {
     XWindowAttributes attributes{};
     XGetWindowAttributes(_display, _handle, &attributes);
     return attributes.width;
 }
 
-int Window::height() const {
+int ScreenWindow::height() const {
     XWindowAttributes attributes{};
     XGetWindowAttributes(_display, _handle, &attributes);
     return attributes.height;
 }
 
-void Window::setTitle(const std::string& title) {
+void ScreenWindow::setTitle(const std::string& title) {
     SDL_SetWindowTitle(_window, title.c_str());
 }
 
-void Window::resize(int newWidth, int newHeight) {
+void ScreenWindow::resize(int newWidth, int newHeight) {
     XResizeWindow(_display, _handle, static_cast<unsigned>(newWidth), static_cast<unsigned>(newHeight));
     for (int i = 0; i < 50 && (width() != newWidth || height() != newHeight); ++i) SDL_Delay(10);
 }
 
-void Window::toggleFullScreen() {
+void ScreenWindow::toggleFullScreen() {
     _fullScreen = !_fullScreen;
     SDL_SetWindowFullscreen(_window, _fullScreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
 }
 
-void Window::waitForEvents(int timeoutMs) {
+void ScreenWindow::waitForEvents(int timeoutMs) {
     const auto now = std::chrono::steady_clock::now();
     const bool follows = now - _lastEvent < followUp && (timeoutMs < 0 || timeoutMs > followUpStepMs);
     // What has been read from the connection already does not show there.

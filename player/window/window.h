@@ -27,34 +27,53 @@ public:
     void onServerLost(std::function<void()> save);
 };
 
-/// An X window. A headless one is mapped, since only a mapped window has pixels, but outside every screen and
-/// unmanaged; both kinds ask the server for backing store, so that their pixels can be read while nothing shows them.
+/// What the module draws on. One thread, but for `take`.
 class Window {
 public:
-    Window(int width, int height, bool headless);
-    ~Window();
+    Window() = default;
+    virtual ~Window() = default;
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
-    /// X11 window id.
-    std::uintptr_t handle() const { return _handle; }
-    int width() const;
-    int height() const;
-    void setTitle(const std::string& title);
-    /// Returns when the server has the new size, or after half a second if a window manager refuses it.
-    void resize(int width, int height);
-    void toggleFullScreen();
-    /// Sleeps until an event has come or `wake` is called, or for `timeoutMs` at most; below 0 for ever. Unlike SDL's
-    /// own wait it can be ended from a signal handler. Shorter after an event, which SDL may have to follow up.
-    void waitForEvents(int timeoutMs);
-    /// What the X server holds for the window; good until the next call. Throws `Failure`.
-    Pixels read() { return _reader->read(_handle); }
-    /// The same as a picture of its own.
+    /// The native window; 0 for a surface in memory.
+    virtual std::uintptr_t handle() const = 0;
+    virtual int width() const = 0;
+    virtual int height() const = 0;
+    virtual void setTitle(const std::string& title) = 0;
+    virtual void resize(int width, int height) = 0;
+    virtual void toggleFullScreen() = 0;
+    /// Sleeps until an event has come or `wake` is called, or for `timeoutMs` at most; below 0 for ever.
+    virtual void waitForEvents(int timeoutMs) = 0;
+    /// The whole window; good until the next call. Throws `Failure`.
+    virtual Pixels read() = 0;
+    /// The module has drawn. On its render thread.
+    virtual void take() {}
+
+    /// What `read` gives, as a picture of its own.
     Image grab() { return imageFromPixels(read()); }
+};
+
+/// An X window. It asks the server for backing store, so that its pixels can be read while nothing shows them.
+class ScreenWindow : public Window {
+public:
+    ScreenWindow(int width, int height);
+    ~ScreenWindow() override;
+
+    /// X11 window id.
+    std::uintptr_t handle() const override { return _handle; }
+    int width() const override;
+    int height() const override;
+    void setTitle(const std::string& title) override;
+    /// Returns when the server has the new size, or after half a second if a window manager refuses it.
+    void resize(int width, int height) override;
+    void toggleFullScreen() override;
+    /// Unlike SDL's own wait it can be ended from a signal handler. Shorter after an event, which SDL may have to
+    /// follow up.
+    void waitForEvents(int timeoutMs) override;
+    /// What the X server holds for the window.
+    Pixels read() override { return _reader->read(_handle); }
 
 private:
-    void placeOffScreen(int width);
-
     SDL_Window* _window;
     _XDisplay* _display = nullptr;
     std::uintptr_t _handle = 0;

@@ -84,10 +84,11 @@ private:
     int swapBuffers();
     int windowTask(const DisplayConfigUserData& delivery);
     int offscreenTask(const OffscreenSize* size);
+    int resizeOffscreen();
     int nativeDisplayTask(void* display);
     bool openPlatform();
     bool makeSurface();
-    bool sizeIsDrawable();
+    bool sizeIsDrawable(const OffscreenSize& size);
     /// Makes the surface current, and a view for it.
     int takeSurface();
     void dropSurface();

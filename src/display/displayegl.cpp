@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <string>
+#include <utility>
 
 #include "display/display.h"
 #include "display/eglerror.h"
@@ -93,8 +94,9 @@ int Display::unInit() {
 }
 
 int Display::windowTask(const DisplayConfigUserData& delivery) {
-    const bool isOffscreen = _wanted == Platform::Kind::offscreen;
-    if (!delivery.getData() && isOffscreen) return 0;
+    // In a replay null is what there was before the size.
+    const bool isReplay = (delivery.getState() & int{DCFG_FLAG_REPLAY}) != 0;
+    if (!delivery.getData() && isReplay && _wanted == Platform::Kind::offscreen) return 0;
     dropSurface();
     _surfaceWanted = delivery.getData() != nullptr;
     if (!_surfaceWanted) return 0;
@@ -103,12 +105,28 @@ int Display::windowTask(const DisplayConfigUserData& delivery) {
 }
 
 int Display::offscreenTask(const OffscreenSize* size) {
-    if (!size) return -1;
-    dropSurface();
-    _offscreenSize = *size;
+    _failureTold = false;
     _surfaceWanted = true;
+    if (!size || !sizeIsDrawable(*size)) return -1;
+    const bool stays = _eglSurface && _wanted == Platform::Kind::offscreen;
     _wanted = Platform::Kind::offscreen;
+    _offscreenSize = *size;
+    if (stays) return resizeOffscreen();
+    dropSurface();
     return takeSurface();
+}
+
+// View and picture stay, as they do in a window that is resized.
+int Display::resizeOffscreen() {
+    const EGLSurface last = std::exchange(_eglSurface, nullptr);
+    if (makeSurface()) eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
+    if (_eglSurface) {
+        eglDestroySurface(_eglDisplay, last);
+        return 0;
+    }
+    _eglSurface = last;
+    dropSurface();
+    return -1;
 }
 
 int Display::nativeDisplayTask(void* display) {
@@ -130,29 +148,30 @@ int Display::takeSurface() {
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (makeCurrent() != 0) return -1;
-    if (!sizeIsDrawable()) return -1;
+    if (_wanted == Platform::Kind::offscreen && !sizeIsDrawable(_offscreenSize)) {
+        dropSurface();
+        return -1;
+    }
     ZETLog::instance().info("GL: %s, %s", text(GL_RENDERER), text(GL_VERSION));
     checkFragmentPrecision();
     if (!_render) _render = createRender(_renderMode, _frame.color, _config, this);
     return 0;
 }
 
-// EGL makes pixel buffers that GL doesn't fill.
-bool Display::sizeIsDrawable() {
-    GLint limits[2] = {};
-    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, limits);
-    const bool isWindow = _wanted != Platform::Kind::offscreen;
-    if (isWindow || (_offscreenSize.width <= limits[0] && _offscreenSize.height <= limits[1])) return true;
+// EGL makes pixel buffers that GL doesn't fill. How large they may be can't be known before a context is current.
+bool Display::sizeIsDrawable(const OffscreenSize& size) {
+    GLint limits[2] = {INT_MAX, INT_MAX};
+    if (_eglSurface && eglGetCurrentContext() == _eglContext) glGetIntegerv(GL_MAX_VIEWPORT_DIMS, limits);
+    if (holdsPicture(INT_MAX, size.width, size.height) && size.width <= limits[0] && size.height <= limits[1]) {
+        return true;
+    }
     tell(DISPLAY_ERROR_SIZE, "there is no picture of that size", __LINE__);
-    dropSurface();
     return false;
 }
 
 bool Display::makeSurface() {
     void* const window = _window;
-    if (_wanted == Platform::Kind::offscreen && !holdsPicture(INT_MAX, _offscreenSize.width, _offscreenSize.height)) {
-        tell(DISPLAY_ERROR_SIZE, "there is no picture of that size", __LINE__);
-    } else if (_wanted == Platform::Kind::offscreen) {
+    if (_wanted == Platform::Kind::offscreen) {
         _eglSurface = _platform->createOffscreenSurface(_eglConfig, _offscreenSize);
         if (!_eglSurface) tellEgl("eglCreatePbufferSurface", __LINE__);
     } else if (!_platform->hasWindow(window)) {

@@ -131,22 +131,24 @@ TEST_F(PlatformGl, drawsIntoMemoryWhatItDrawsIntoAWindow) {
     for (std::size_t i = 3; i < pictures.size(); ++i) EXPECT_EQ(pictures[i], pictures[i % 3]) << i;
     EXPECT_THAT(takeErrors(), IsEmpty());
 
-    // Null as a window leaves the memory in force; sizes that can't be had are refused.
-    bus.setConfig(DCFG_WINDOW_INSTANCE, nullptr);
-    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
-    SnapData snap;
-    redraw();
-    EXPECT_FALSE(snapshot(snap).empty());
+    // Sizes that can't be had change nothing; another size keeps view and picture; null ends it.
     for (const OffscreenSize wrong :
          {OffscreenSize{0, 0}, OffscreenSize{-1, 5}, OffscreenSize{1 << 20, 1 << 20}, OffscreenSize{1 << 20, 4}}) {
         bus.setConfig(DCFG_OFFSCREEN_SIZE, &wrong);
         EXPECT_THAT(takeErrors(), ElementsAre(DISPLAY_ERROR_SIZE)) << wrong.width;
+        SnapData snap;
+        EXPECT_EQ(snapshot(snap), pictures.back());
     }
-    bus.setConfig(DCFG_OFFSCREEN_SIZE, &size);
-    bus.setConfig(DCFG_YUV_FRAME, &frame.record);
+    const OffscreenSize larger{300, 200};
+    bus.setConfig(DCFG_OFFSCREEN_SIZE, &larger);
     redraw();
-    SnapData again;
-    EXPECT_FALSE(snapshot(again).empty());
+    SnapData snap;
+    EXPECT_FALSE(snapshot(snap).empty());
+    EXPECT_EQ(snap.width, 300);
+    EXPECT_EQ(snap.height, 200);
+    bus.setConfig(DCFG_WINDOW_INSTANCE, nullptr);
+    SnapData none;
+    EXPECT_TRUE(snapshot(none).empty());
 }
 
 TEST_F(PlatformGl, snapshotOfAWindowThatHasGrownIsWhole) {

@@ -58,7 +58,7 @@ protected:
         options.input =
             _scratch.write("a.y4m", y4m(4, 4, fullRange, {picture('a'), picture('b'), picture('c'), picture('d')}));
         options.width = options.height = 100;
-        options.headless = options.loop = true;
+        options.loop = true;
         return options;
     }();
     Session _session{_options};
@@ -123,7 +123,6 @@ TEST_F(Looping, ShowsTheLastPictureHoweverLate) {
 Options optionsFor(const std::string& input) {
     Options options;
     options.input = input;
-    options.headless = true;
     return options;
 }
 

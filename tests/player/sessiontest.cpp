@@ -56,7 +56,6 @@ Options optionsFor(const std::string& input, const std::string& meta = {}) {
     Options options;
     options.input = input;
     options.meta = meta;
-    options.headless = true;
     options.width = 160;
     options.height = 120;
     return options;
