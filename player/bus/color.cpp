@@ -14,9 +14,9 @@ struct Matrix {
 };
 
 constexpr Matrix matrices[] = {
-    {zet::COLOR_MATRIX_BT709, 0.2126F, 0.0722F},   {zet::COLOR_MATRIX_FCC, 0.30F, 0.11F},
-    {zet::COLOR_MATRIX_BT470BG, 0.299F, 0.114F},   {zet::COLOR_MATRIX_BT601, 0.299F, 0.114F},
-    {zet::COLOR_MATRIX_SMPTE240M, 0.212F, 0.087F}, {zet::COLOR_MATRIX_BT2020, 0.2627F, 0.0593F},
+    {zet::COLOR_MATRIX_BT709, 0.2126f, 0.0722f},   {zet::COLOR_MATRIX_FCC, 0.30f, 0.11f},
+    {zet::COLOR_MATRIX_BT470BG, 0.299f, 0.114f},   {zet::COLOR_MATRIX_BT601, 0.299f, 0.114f},
+    {zet::COLOR_MATRIX_SMPTE240M, 0.212f, 0.087f}, {zet::COLOR_MATRIX_BT2020, 0.2627f, 0.0593f},
 };
 
 /// Samples of 0 to 255 to colours of 0 to 255.
@@ -30,20 +30,20 @@ struct Conversion {
 Conversion conversionFor(const zet::FrameColor& color) {
     for (const auto& [code, red, blue] : matrices) {
         if (code != color.matrix) continue;
-        const float luma = color.fullRange ? 1 : 255.0F / 219;
-        const float chroma = color.fullRange ? 1 : 255.0F / 224;
+        const float luma = color.fullRange ? 1 : 255.0f / 219;
+        const float chroma = color.fullRange ? 1 : 255.0f / 224;
         const float redV = 2 * (1 - red);
         const float blueU = 2 * (1 - blue);
         const float green = 1 - red - blue;
-        return {color.fullRange ? 0.0F : 16.0F, 128,           luma, redV * chroma, -blueU * blue / green * chroma,
+        return {color.fullRange ? 0.0f : 16.0f, 128,           luma, redV * chroma, -blueU * blue / green * chroma,
                 -redV * red / green * chroma,   blueU * chroma};
     }
     // The module's default.
-    return {0, 127.5F, 1, 1.13983F, -0.39465F, -0.58060F, 2.03211F};
+    return {0, 127.5f, 1, 1.13983f, -0.39465f, -0.58060f, 2.03211f};
 }
 
 std::uint8_t toByte(float value) {
-    return static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F) + 0.5F);
+    return static_cast<std::uint8_t>(std::clamp(value, 0.0f, 255.0f) + 0.5f);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ namespace zetplay {
 namespace {
 
 /// A decoder that has no packet left can fail for each picture that it still holds, but not without end.
-constexpr int MAX_DRAIN_ERRORS = 256;
+constexpr int maxDrainErrors = 256;
 
 std::string errorText(int code) {
     char text[AV_ERROR_MAX_STRING_SIZE] = {};
@@ -301,7 +301,7 @@ bool MediaSource::decode(AVFrame& frame) {
         if (result == AVERROR_EOF) return false;
         if (result != AVERROR(EAGAIN)) {
             noteDamage(errorText(result));
-            if (_draining && ++_drainErrors > MAX_DRAIN_ERRORS) return false;
+            if (_draining && ++_drainErrors > maxDrainErrors) return false;
         }
         feed();
     }

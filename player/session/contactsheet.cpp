@@ -57,9 +57,9 @@ void ContactSheet::write(std::string_view label, int left, int top) {
         std::uint8_t* pixel = _sheet.row(top + y) + 3 * left;
         for (int x = 0; x < _cellWidth; ++x, pixel += 3) {
             const float distance =
-                letterHeight * textDistance(text, (static_cast<float>(x) + 0.5F - inset) / letterHeight,
-                                            (foot - static_cast<float>(y) - 0.5F) / letterHeight);
-            const float cover = std::clamp(0.5F - distance, 0.0F, 1.0F);
+                letterHeight * textDistance(text, (static_cast<float>(x) + 0.5f - inset) / letterHeight,
+                                            (foot - static_cast<float>(y) - 0.5f) / letterHeight);
+            const float cover = std::clamp(0.5f - distance, 0.0f, 1.0f);
             std::fill_n(pixel, 3, static_cast<std::uint8_t>(paper + cover * (ink - paper)));
         }
     }

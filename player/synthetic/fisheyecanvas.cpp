@@ -17,8 +17,8 @@ struct Yuv {
 
 /// ITU-R BT.601, the weights of red, green and blue in Y.
 constexpr Yuv toYuv(Colour colour) {
-    const float y = 0.299F * colour.x + 0.587F * colour.y + 0.114F * colour.z;
-    return {255 * y, 255 * (colour.z - y) / 1.772F, 255 * (colour.x - y) / 1.402F};
+    const float y = 0.299f * colour.x + 0.587f * colour.y + 0.114f * colour.z;
+    return {255 * y, 255 * (colour.z - y) / 1.772f, 255 * (colour.x - y) / 1.402f};
 }
 
 constexpr Yuv operator*(Yuv a, float factor) {
@@ -32,7 +32,7 @@ struct Paint {
 };
 
 std::uint8_t toByte(float value) {
-    return static_cast<std::uint8_t>(std::clamp(value + 0.5F, 0.0F, 255.0F));
+    return static_cast<std::uint8_t>(std::clamp(value + 0.5f, 0.0f, 255.0f));
 }
 
 void blend(std::uint8_t& sample, float cover, float value) {
@@ -60,10 +60,10 @@ void paintBlock(const Planes& picture, int x, int y, const Paint (&paints)[4]) {
 
 /// A rectangle of pixels that grows to hold what is added to it.
 struct Bounds {
-    float left = 1e9F;
-    float top = 1e9F;
-    float right = -1e9F;
-    float bottom = -1e9F;
+    float left = 1e9f;
+    float top = 1e9f;
+    float right = -1e9f;
+    float bottom = -1e9f;
 
     void add(FisheyeLens::Point point, float radius) {
         left = std::min(left, point.x - radius);
@@ -74,7 +74,7 @@ struct Bounds {
 };
 
 constexpr float pixelCentre(int pixel) {
-    return static_cast<float>(pixel) + 0.5F;
+    return static_cast<float>(pixel) + 0.5f;
 }
 
 constexpr bool isDigit(char letter) {
@@ -120,12 +120,12 @@ void forRows(int rows, Work work) {
 }
 
 /// Pictures with fewer pixels than this get the fine look everywhere.
-constexpr int SMALL_PICTURE = 1000 * 1000;
+constexpr int smallPicture = 1000 * 1000;
 /// Otherwise a pixel gets it that differs from its neighbour by more than this, as a part of the whole range.
-constexpr float SMOOTH = 0.015F;
+constexpr float smoothStep = 0.015f;
 
 bool alike(Colour a, Colour b) {
-    return std::fabs(a.x - b.x) < SMOOTH && std::fabs(a.y - b.y) < SMOOTH && std::fabs(a.z - b.z) < SMOOTH;
+    return std::fabs(a.x - b.x) < smoothStep && std::fabs(a.y - b.y) < smoothStep && std::fabs(a.z - b.z) < smoothStep;
 }
 
 }  // namespace
@@ -135,7 +135,7 @@ Colour FisheyeCanvas::lookOnce(float x, float y) const {
     Vec3 direction;
     if (!_lens.look(x, y, direction)) return {};
     const Colour colour = _room.look(direction);
-    return {std::min(colour.x, 1.0F), std::min(colour.y, 1.0F), std::min(colour.z, 1.0F)};
+    return {std::min(colour.x, 1.0f), std::min(colour.y, 1.0f), std::min(colour.z, 1.0f)};
 }
 
 /// The mean of a grid of rays through the pixel.
@@ -143,10 +143,10 @@ Colour FisheyeCanvas::lookFinely(int x, int y) const {
     constexpr int rays = 4;
     Colour sum;
     for (int i = 0; i < rays * rays; ++i) {
-        sum = sum + lookOnce(static_cast<float>(x) + (static_cast<float>(i % rays) + 0.5F) / rays,
-                             static_cast<float>(y) + (static_cast<float>(i / rays) + 0.5F) / rays);
+        sum = sum + lookOnce(static_cast<float>(x) + (static_cast<float>(i % rays) + 0.5f) / rays,
+                             static_cast<float>(y) + (static_cast<float>(i / rays) + 0.5f) / rays);
     }
-    return sum * (1.0F / (rays * rays));
+    return sum * (1.0f / (rays * rays));
 }
 
 void FisheyeCanvas::paintRoom(const Planes& picture) const {
@@ -164,7 +164,7 @@ void FisheyeCanvas::paintRows(const Planes& picture, int from, int to) const {
     for (int y = from - 1; y <= to; ++y) {
         for (int x = -1; x <= width; ++x) look[at(x, y)] = lookOnce(pixelCentre(x), pixelCentre(y));
     }
-    const bool small = width * _lens.height() < SMALL_PICTURE;
+    const bool small = width * _lens.height() < smallPicture;
     const auto finished = [&](int x, int y) {
         const Colour colour = look[at(x, y)];
         const bool smooth = alike(colour, look[at(x - 1, y)]) && alike(colour, look[at(x + 1, y)]) &&
@@ -181,11 +181,11 @@ void FisheyeCanvas::paintRows(const Planes& picture, int from, int to) const {
 }
 
 void FisheyeCanvas::paintShadow(const Planes& picture, Vec3 middle, float radius) const {
-    constexpr float darkest = 0.45F;
+    constexpr float darkest = 0.45f;
     Bounds bounds;
     for (int i = 0; i < 8; ++i) {
-        const float angle = static_cast<float>(i) * 0.785398F;
-        const Vec3 rim = middle + Vec3{std::cos(angle), std::sin(angle), 0} * (radius * 1.1F);
+        const float angle = static_cast<float>(i) * 0.785398f;
+        const Vec3 rim = middle + Vec3{std::cos(angle), std::sin(angle), 0} * (radius * 1.1f);
         bounds.add(_lens.project(rim), 2);
     }
     const Vec3 eye = _lens.pose().eye;
@@ -205,7 +205,7 @@ void FisheyeCanvas::paintCapsule(const Planes& picture, const Capsule& capsule) 
     for (int i = 0; i <= 4; ++i) {
         const Vec3 point = mix(capsule.from, capsule.to, static_cast<float>(i) / 4);
         if (length(point - eye) < 2 * capsule.radius) return;
-        bounds.add(_lens.project(point), 1.05F * _lens.projectRadius(point, capsule.radius) + 2);
+        bounds.add(_lens.project(point), 1.05f * _lens.projectRadius(point, capsule.radius) + 2);
     }
     const Vec3 axis = capsule.to - capsule.from;
     const Vec3 start = eye - capsule.from;
@@ -218,17 +218,17 @@ void FisheyeCanvas::paintCapsule(const Planes& picture, const Capsule& capsule) 
         const float startRay = dot(start, direction);
         const float denominator = axisSquare - axisRay * axisRay;
         const float along =
-            denominator > 1e-6F ? std::clamp((axisStart - axisRay * startRay) / denominator, 0.0F, 1.0F) : 0.0F;
+            denominator > 1e-6f ? std::clamp((axisStart - axisRay * startRay) / denominator, 0.0f, 1.0f) : 0.0f;
         const float distance = along * axisRay - startRay;
         const Vec3 off = start + direction * distance - axis * along;
         const float offSquare = dot(off, off);
         const float pixel = distance * pixelAngle;
         const float reach = capsule.radius + pixel / 2;
         if (distance < 0 || offSquare >= reach * reach) return {};
-        const float cover = std::min(0.5F + (capsule.radius - std::sqrt(offSquare)) / pixel, 1.0F);
-        const float facing = std::sqrt(std::max(0.0F, 1 - offSquare / (capsule.radius * capsule.radius)));
+        const float cover = std::min(0.5f + (capsule.radius - std::sqrt(offSquare)) / pixel, 1.0f);
+        const float facing = std::sqrt(std::max(0.0f, 1 - offSquare / (capsule.radius * capsule.radius)));
         const Vec3 normal = off * (1 / capsule.radius) - direction * facing;
-        return {cover, colour * (0.55F + 0.25F * facing + 0.25F * std::max(0.0F, normal.z))};
+        return {cover, colour * (0.55f + 0.25f * facing + 0.25f * std::max(0.0f, normal.z))};
     });
 }
 
@@ -242,8 +242,8 @@ ClockFace::ClockFace(const FisheyeLens& lens, const SyntheticRoom& room, const S
     Bounds bounds;
     constexpr int steps = 16;
     for (int i = 0; i <= steps; ++i) {
-        const float along = (static_cast<float>(i) / steps - 0.5F) * (sign.width + sign.letterHeight / 2);
-        for (const float height : {-0.6F, 0.6F}) {
+        const float along = (static_cast<float>(i) / steps - 0.5f) * (sign.width + sign.letterHeight / 2);
+        for (const float height : {-0.6f, 0.6f}) {
             const Place edge{sign.middle.surface, sign.middle.along + along,
                              sign.middle.height + height * sign.letterHeight};
             bounds.add(lens.project(room.pointAt(edge)), 2);
@@ -277,7 +277,7 @@ ClockFace::Block ClockFace::blockAt(const FisheyeLens& lens, const SyntheticRoom
         block.pixels[i].cell = static_cast<std::uint8_t>(digits[0].cell(places[i].along));
         for (std::size_t digit = 0; digit < digits.size(); ++digit) {
             const float distance = digits[digit].distance(places[i].along, places[i].height);
-            block.pixels[i].cover[digit] = toByte(255 * (0.5F - distance / metresPerPixel));
+            block.pixels[i].cover[digit] = toByte(255 * (0.5f - distance / metresPerPixel));
         }
     }
     return block;

@@ -24,10 +24,10 @@ public:
         const float up = (_centreY - y) / _radius;
         const float square = right * right + up * up;
         if (square > 1) return false;
-        const float thetaSquare = square * HALF_PI * HALF_PI;
+        const float thetaSquare = square * halfPi * halfPi;
         const float cosine = series(thetaSquare, 14);
         const float sineByTheta = series(thetaSquare, 13);
-        direction = _pose.forward * cosine + (_pose.right * right + _pose.up * up) * (HALF_PI * sineByTheta);
+        direction = _pose.forward * cosine + (_pose.right * right + _pose.up * up) * (halfPi * sineByTheta);
         return true;
     }
 
@@ -53,23 +53,23 @@ public:
         const Vec3 way = middle - _pose.eye;
         const float distance = length(way);
         const float theta = std::acos(dot(way, _pose.forward) / distance);
-        const float across = theta > 0.01F ? theta / std::sin(theta) : 1;
+        const float across = theta > 0.01f ? theta / std::sin(theta) : 1;
         return across * std::asin(radius / distance) * pixelsPerRadian();
     }
 
-    float pixelsPerRadian() const { return _radius / HALF_PI; }
+    float pixelsPerRadian() const { return _radius / halfPi; }
     int width() const { return _width; }
     int height() const { return _height; }
     const CameraPose& pose() const { return _pose; }
 
 private:
-    static constexpr float HALF_PI = 1.57079633F;
+    static constexpr float halfPi = 1.57079633f;
 
     /// The Taylor series of cos(a) up to the even power `last`, or of sin(a) / a up to the power `last` - 1, for the
     /// square of a. Up to 90 degrees, and the powers in use, that is exact in float and far quicker than the library's.
     static constexpr float series(float square, int last) {
         float sum = 1;
-        for (int n = last; n >= 2; n -= 2) sum = 1 - square * (1.0F / static_cast<float>(n * (n - 1))) * sum;
+        for (int n = last; n >= 2; n -= 2) sum = 1 - square * (1.0f / static_cast<float>(n * (n - 1))) * sum;
         return sum;
     }
 

@@ -8,10 +8,10 @@ namespace zetplay {
 namespace {
 
 /// Strokes are lines between points of a grid 4 wide and 6 high; "xy" is a point, a blank goes on, a bar lifts the pen.
-constexpr float UNIT = 1.0F / 6;
-constexpr float HALF_STROKE = 0.48F * UNIT;
-constexpr float GAP = 1.8F * UNIT;
-constexpr float FAR_AWAY = 1e3F;
+constexpr float unit = 1.0f / 6;
+constexpr float halfStroke = 0.48f * unit;
+constexpr float gap = 1.8f * unit;
+constexpr float farAway = 1e3f;
 
 struct Glyph {
     char character;
@@ -19,7 +19,7 @@ struct Glyph {
     std::string_view strokes;
 };
 
-constexpr Glyph GLYPHS[] = {
+constexpr Glyph glyphs[] = {
     {'0', 4, "10 30 41 45 36 16 05 01 10"},
     {'1', 4, "14 26 20|10 30"},
     {'2', 4, "05 16 36 45 44 00 40"},
@@ -54,30 +54,30 @@ constexpr Glyph GLYPHS[] = {
 };
 
 const Glyph& glyphOf(char character) {
-    static constexpr Glyph EMPTY{' ', 4, ""};
-    const auto* const found = std::find_if(std::begin(GLYPHS), std::end(GLYPHS),
+    static constexpr Glyph empty{' ', 4, ""};
+    const auto* const found = std::find_if(std::begin(glyphs), std::end(glyphs),
                                            [=](const Glyph& glyph) { return glyph.character == character; });
-    return found == std::end(GLYPHS) ? EMPTY : *found;
+    return found == std::end(glyphs) ? empty : *found;
 }
 
 float distanceToLine(float x, float y, float x1, float y1, float x2, float y2) {
     const float dx = x2 - x1;
     const float dy = y2 - y1;
     const float square = dx * dx + dy * dy;
-    const float along = square > 0 ? std::clamp(((x - x1) * dx + (y - y1) * dy) / square, 0.0F, 1.0F) : 0.0F;
+    const float along = square > 0 ? std::clamp(((x - x1) * dx + (y - y1) * dy) / square, 0.0f, 1.0f) : 0.0f;
     const float offX = x - x1 - along * dx;
     const float offY = y - y1 - along * dy;
     return std::sqrt(offX * offX + offY * offY);
 }
 
 float distanceToStrokes(std::string_view strokes, float x, float y) {
-    float nearest = FAR_AWAY;
+    float nearest = farAway;
     float fromX = 0;
     float fromY = 0;
     bool penDown = false;
     for (std::size_t i = 0; i + 1 < strokes.size(); i += 3) {
-        const float toX = static_cast<float>(strokes[i] - '0') * UNIT;
-        const float toY = static_cast<float>(strokes[i + 1] - '0') * UNIT;
+        const float toX = static_cast<float>(strokes[i] - '0') * unit;
+        const float toY = static_cast<float>(strokes[i + 1] - '0') * unit;
         nearest = std::min(nearest, distanceToLine(x, y, penDown ? fromX : toX, penDown ? fromY : toY, toX, toY));
         fromX = toX;
         fromY = toY;
@@ -90,17 +90,17 @@ float distanceToStrokes(std::string_view strokes, float x, float y) {
 std::size_t findCell(std::string_view text, float x, float& left) {
     left = 0;
     for (std::size_t cell = 0;; ++cell) {
-        const float width = static_cast<float>(glyphOf(text[cell]).width) * UNIT;
-        if (x < left + width + GAP / 2 || cell + 1 == text.size()) return cell;
-        left += width + GAP;
+        const float width = static_cast<float>(glyphOf(text[cell]).width) * unit;
+        if (x < left + width + gap / 2 || cell + 1 == text.size()) return cell;
+        left += width + gap;
     }
 }
 
 }  // namespace
 
 float textWidth(std::string_view text) {
-    float width = text.empty() ? 0.0F : -GAP;
-    for (const char character : text) width += static_cast<float>(glyphOf(character).width) * UNIT + GAP;
+    float width = text.empty() ? 0.0f : -gap;
+    for (const char character : text) width += static_cast<float>(glyphOf(character).width) * unit + gap;
     return width;
 }
 
@@ -110,11 +110,11 @@ std::size_t textCell(std::string_view text, float x) {
 }
 
 float textDistance(std::string_view text, float x, float y) {
-    if (text.empty() || y < -GAP || y > 1 + GAP || x < -GAP) return FAR_AWAY;
+    if (text.empty() || y < -gap || y > 1 + gap || x < -gap) return farAway;
     float left = 0;
     const Glyph& glyph = glyphOf(text[findCell(text, x, left)]);
-    if (x > left + static_cast<float>(glyph.width) * UNIT + GAP) return FAR_AWAY;
-    return distanceToStrokes(glyph.strokes, x - left, y) - HALF_STROKE;
+    if (x > left + static_cast<float>(glyph.width) * unit + gap) return farAway;
+    return distanceToStrokes(glyph.strokes, x - left, y) - halfStroke;
 }
 
 }  // namespace zetplay

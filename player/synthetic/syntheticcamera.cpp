@@ -63,10 +63,10 @@ bool SyntheticCamera::next(Picture& picture) {
 }
 
 void SyntheticCamera::paintFigure(const Planes& picture, Figure figure) const {
-    _canvas.paintShadow(picture, figure.feet, 0.5F);
+    _canvas.paintShadow(picture, figure.feet, 0.5f);
     // What is nearer to the camera hides what is farther.
     const Vec3 eye = _room.pose().eye;
-    const auto distance = [=](const Capsule& part) { return length(mix(part.from, part.to, 0.5F) - eye); };
+    const auto distance = [=](const Capsule& part) { return length(mix(part.from, part.to, 0.5f) - eye); };
     std::sort(figure.parts.begin(), figure.parts.end(),
               [=](const Capsule& a, const Capsule& b) { return distance(a) > distance(b); });
     for (const Capsule& part : figure.parts) _canvas.paintCapsule(picture, part);

@@ -6,9 +6,9 @@ namespace zetplay {
 
 namespace {
 
-constexpr Colour SKIN{0.87F, 0.66F, 0.52F};
-constexpr Colour HAIR{0.25F, 0.16F, 0.10F};
-constexpr Colour TROUSERS{0.20F, 0.24F, 0.34F};
+constexpr Colour skin{0.87f, 0.66f, 0.52f};
+constexpr Colour hair{0.25f, 0.16f, 0.10f};
+constexpr Colour trousers{0.20f, 0.24f, 0.34f};
 
 /// The walker goes round an ellipse.
 struct Path {
@@ -16,9 +16,9 @@ struct Path {
     double secondsPerRound;
 };
 
-constexpr Path ROUND_THE_COMPASS{0, 0, 1.75, 1.75, 14};
-constexpr Path BEFORE_THE_CAMERA{0, 0.4, 1.7, 0.6, 11};
-constexpr double STEPS_PER_ROUND = 15;
+constexpr Path roundTheCompass{0, 0, 1.75, 1.75, 14};
+constexpr Path beforeTheCamera{0, 0.4, 1.7, 0.6, 11};
+constexpr double stepsPerRound = 15;
 
 }  // namespace
 
@@ -28,33 +28,33 @@ Figure person(Vec3 feet, float heading, float stride, Colour shirt) {
     const auto at = [&](float forward, float toLeft, float height) {
         return feet + ahead * forward + left * toLeft + Vec3{0, 0, height};
     };
-    const float swing = 0.3F * stride;
+    const float swing = 0.3f * stride;
     return {feet,
-            {{{at(0, 0.1F, 0.85F), at(swing, 0.1F, 0.08F), 0.09F, TROUSERS},
-              {at(0, -0.1F, 0.85F), at(-swing, -0.1F, 0.08F), 0.09F, TROUSERS},
-              {at(0, 0.24F, 1.38F), at(-swing, 0.3F, 0.85F), 0.06F, SKIN},
-              {at(0, -0.24F, 1.38F), at(swing, -0.3F, 0.85F), 0.06F, SKIN},
-              {at(0, 0, 0.95F), at(0, 0, 1.32F), 0.17F, shirt},
-              {at(0, 0.17F, 1.38F), at(0, -0.17F, 1.38F), 0.1F, shirt},
-              {at(0.02F, 0, 1.66F), at(0.02F, 0, 1.62F), 0.125F, SKIN},
-              {at(-0.025F, 0, 1.70F), at(-0.025F, 0, 1.69F), 0.13F, HAIR}}}};
+            {{{at(0, 0.1f, 0.85f), at(swing, 0.1f, 0.08f), 0.09f, trousers},
+              {at(0, -0.1f, 0.85f), at(-swing, -0.1f, 0.08f), 0.09f, trousers},
+              {at(0, 0.24f, 1.38f), at(-swing, 0.3f, 0.85f), 0.06f, skin},
+              {at(0, -0.24f, 1.38f), at(swing, -0.3f, 0.85f), 0.06f, skin},
+              {at(0, 0, 0.95f), at(0, 0, 1.32f), 0.17f, shirt},
+              {at(0, 0.17f, 1.38f), at(0, -0.17f, 1.38f), 0.1f, shirt},
+              {at(0.02f, 0, 1.66f), at(0.02f, 0, 1.62f), 0.125f, skin},
+              {at(-0.025f, 0, 1.70f), at(-0.025f, 0, 1.69f), 0.13f, hair}}}};
 }
 
 Figure walker(Mount mount, double seconds) {
-    const Path& path = mount == Mount::ceiling ? ROUND_THE_COMPASS : BEFORE_THE_CAMERA;
+    const Path& path = mount == Mount::ceiling ? roundTheCompass : beforeTheCamera;
     const double round = 2 * std::numbers::pi * seconds / path.secondsPerRound;
     const Vec3 feet{static_cast<float>(path.middleX + path.radiusX * std::sin(round)),
                     static_cast<float>(path.middleY + path.radiusY * std::cos(round)), 0};
     const double heading = std::atan2(-path.radiusY * std::sin(round), path.radiusX * std::cos(round));
-    return person(feet, static_cast<float>(heading), static_cast<float>(std::sin(round * STEPS_PER_ROUND / 2)),
-                  {0.90F, 0.45F, 0.10F});
+    return person(feet, static_cast<float>(heading), static_cast<float>(std::sin(round * stepsPerRound / 2)),
+                  {0.90f, 0.45f, 0.10f});
 }
 
 std::vector<Figure> bystanders(Mount mount) {
-    if (mount == Mount::ceiling) return {person({-1.9F, -1.7F, 0}, 0.7F, 0, {0.55F, 0.30F, 0.62F})};
-    return {person({-2.5F, -0.7F, 0}, 0, 0, {0.20F, 0.55F, 0.40F}),
-            person({-1.6F, 2.0F, 0}, -1.4F, 0, {0.55F, 0.30F, 0.62F}),
-            person({2.6F, -0.3F, 0}, 3, 0, {0.75F, 0.22F, 0.25F})};
+    if (mount == Mount::ceiling) return {person({-1.9f, -1.7f, 0}, 0.7f, 0, {0.55f, 0.30f, 0.62f})};
+    return {person({-2.5f, -0.7f, 0}, 0, 0, {0.20f, 0.55f, 0.40f}),
+            person({-1.6f, 2.0f, 0}, -1.4f, 0, {0.55f, 0.30f, 0.62f}),
+            person({2.6f, -0.3f, 0}, 3, 0, {0.75f, 0.22f, 0.25f})};
 }
 
 }  // namespace zetplay

@@ -9,20 +9,20 @@ namespace zetplay {
 
 namespace {
 
-constexpr Colour WHITE{0.96F, 0.96F, 0.94F};
-constexpr Colour INK{0.13F, 0.15F, 0.19F};
-constexpr Colour WOOD{0.52F, 0.35F, 0.22F};
-constexpr Colour DARK_WOOD{0.34F, 0.22F, 0.14F};
-constexpr Colour BLUE{0.36F, 0.58F, 0.83F};
-constexpr Colour YELLOW{0.93F, 0.75F, 0.34F};
-constexpr Colour RED{0.86F, 0.42F, 0.38F};
-constexpr Colour GREEN{0.43F, 0.71F, 0.47F};
-constexpr Colour SIGNAL_RED{0.80F, 0.16F, 0.16F};
-constexpr Colour CLOCK_FACE{0.08F, 0.10F, 0.12F};
-constexpr Colour CLOCK_DIGITS{0.45F, 1.0F, 0.80F};
-constexpr const char* CLOCK_TEXT = "00:00.00";
+constexpr Colour white{0.96f, 0.96f, 0.94f};
+constexpr Colour ink{0.13f, 0.15f, 0.19f};
+constexpr Colour wood{0.52f, 0.35f, 0.22f};
+constexpr Colour darkWood{0.34f, 0.22f, 0.14f};
+constexpr Colour blue{0.36f, 0.58f, 0.83f};
+constexpr Colour yellow{0.93f, 0.75f, 0.34f};
+constexpr Colour red{0.86f, 0.42f, 0.38f};
+constexpr Colour green{0.43f, 0.71f, 0.47f};
+constexpr Colour signalRed{0.80f, 0.16f, 0.16f};
+constexpr Colour clockFace{0.08f, 0.10f, 0.12f};
+constexpr Colour clockDigits{0.45f, 1.0f, 0.80f};
+constexpr const char* clockText = "00:00.00";
 
-constexpr float SKIRTING = 0.1F;
+constexpr float skirting = 0.1f;
 
 Vec3 normalOf(Surface surface) {
     switch (surface) {
@@ -55,7 +55,7 @@ float meetBox(const Furniture& box, Vec3 eye, Vec3 direction, Vec3& normal) {
         const float far = ((inverse < 0 ? low : high)[axis] - from[axis]) * inverse;
         if (near > enter) {
             enter = near;
-            const float side = inverse < 0 ? 1.0F : -1.0F;
+            const float side = inverse < 0 ? 1.0f : -1.0f;
             normal = {axis == 0 ? side : 0, axis == 1 ? side : 0, axis == 2 ? side : 0};
         }
         leave = std::min(leave, far);
@@ -66,31 +66,31 @@ float meetBox(const Furniture& box, Vec3 eye, Vec3 direction, Vec3& normal) {
 /// Darker towards an edge of the room that is `distance` away.
 float nearEdge(float distance) {
     const float part = distance * 4;
-    return 1 - 0.22F / (1 + part * part);
+    return 1 - 0.22f / (1 + part * part);
 }
 
 Colour tiles(float x, float y) {
-    constexpr float side = 0.5F;
-    constexpr float joint = 0.016F;
+    constexpr float side = 0.5f;
+    constexpr float joint = 0.016f;
     const float column = std::floor(x / side);
     const float row = std::floor(y / side);
-    if (x - column * side < joint || y - row * side < joint) return {0.52F, 0.50F, 0.47F};
-    const bool dark = std::fmod(std::fabs(column + row), 2.0F) == 1.0F;
-    return dark ? Colour{0.70F, 0.67F, 0.62F} : Colour{0.86F, 0.84F, 0.79F};
+    if (x - column * side < joint || y - row * side < joint) return {0.52f, 0.50f, 0.47f};
+    const bool dark = std::fmod(std::fabs(column + row), 2.0f) == 1.0f;
+    return dark ? Colour{0.70f, 0.67f, 0.62f} : Colour{0.86f, 0.84f, 0.79f};
 }
 
 Colour ceilingSlabs(float x, float y) {
-    constexpr float joint = 0.02F;
-    return x - std::floor(x) < joint || y - std::floor(y) < joint ? WHITE * 0.86F : WHITE;
+    constexpr float joint = 0.02f;
+    return x - std::floor(x) < joint || y - std::floor(y) < joint ? white * 0.86f : white;
 }
 
 /// A compass under the camera: its red half points north.
 Colour compass(float x, float y, Colour floor) {
     const float radius = std::sqrt(x * x + y * y);
-    if (radius > 0.52F && radius < 0.58F) return INK;
-    if (radius > 0.52F) return floor;
-    if (std::fabs(x) < 0.13F * (1 - std::fabs(y) / 0.48F)) return y > 0 ? SIGNAL_RED : INK;
-    return WHITE;
+    if (radius > 0.52f && radius < 0.58f) return ink;
+    if (radius > 0.52f) return floor;
+    if (std::fabs(x) < 0.13f * (1 - std::fabs(y) / 0.48f)) return y > 0 ? signalRed : ink;
+    return white;
 }
 
 }  // namespace
@@ -100,7 +100,7 @@ Sign::Sign(const Place& where, float letters, std::string words, Colour paint)
 
 float Sign::distance(float along, float height) const {
     const float x = (along - middle.along + width / 2) / letterHeight;
-    const float y = (height - middle.height) / letterHeight + 0.5F;
+    const float y = (height - middle.height) / letterHeight + 0.5f;
     return textDistance(text, x, y) * letterHeight;
 }
 
@@ -109,12 +109,12 @@ std::size_t Sign::cell(float along) const {
 }
 
 SyntheticRoom::SyntheticRoom(Mount mount) {
-    wall(Surface::floor).colour = WHITE;
-    wall(Surface::ceiling).colour = WHITE;
-    wall(Surface::north).colour = BLUE;
-    wall(Surface::east).colour = YELLOW;
-    wall(Surface::south).colour = RED;
-    wall(Surface::west).colour = GREEN;
+    wall(Surface::floor).colour = white;
+    wall(Surface::ceiling).colour = white;
+    wall(Surface::north).colour = blue;
+    wall(Surface::east).colour = yellow;
+    wall(Surface::south).colour = red;
+    wall(Surface::west).colour = green;
     if (mount == Mount::ceiling) {
         furnishForCeiling();
     } else {
@@ -123,79 +123,79 @@ SyntheticRoom::SyntheticRoom(Mount mount) {
 }
 
 void SyntheticRoom::furnishForCeiling() {
-    _low = {-3.5F, -3, 0};
-    _high = {3.5F, 3, 3};
-    _pose = {{0, 0, 2.98F}, {0, 0, -1}, {1, 0, 0}, {0, 1, 0}};
-    _dado = 0.75F;
+    _low = {-3.5f, -3, 0};
+    _high = {3.5f, 3, 3};
+    _pose = {{0, 0, 2.98f}, {0, 0, -1}, {1, 0, 0}, {0, 1, 0}};
+    _dado = 0.75f;
     const struct {
         Surface surface;
         const char* word;
     } words[] = {
         {Surface::north, "NORTH"}, {Surface::east, "EAST"}, {Surface::south, "SOUTH"}, {Surface::west, "WEST"}};
     for (const auto& [surface, word] : words) {
-        wall(surface).signs.emplace_back(Place{surface, widthOf(surface) / 2, 1.9F}, 0.8F, word, WHITE);
+        wall(surface).signs.emplace_back(Place{surface, widthOf(surface) / 2, 1.9f}, 0.8f, word, white);
         addMetreMarks(surface);
     }
-    addDoor(Surface::west, 0.7F);
-    addClock({Surface::north, 3.5F, 1.08F}, 0.3F);
-    addClock({Surface::floor, 0, -1.05F}, 0.3F);
-    _furniture = {{{2.3F, 1.7F, 0}, {3.3F, 2.8F, 0.75F}, WOOD},
-                  {{-3.4F, 1.9F, 0}, {-2.5F, 2.9F, 0.45F}, RED},
-                  {{2.6F, -2.9F, 0}, {3.4F, -2.1F, 1.1F}, {0.55F, 0.57F, 0.62F}}};
+    addDoor(Surface::west, 0.7f);
+    addClock({Surface::north, 3.5f, 1.08f}, 0.3f);
+    addClock({Surface::floor, 0, -1.05f}, 0.3f);
+    _furniture = {{{2.3f, 1.7f, 0}, {3.3f, 2.8f, 0.75f}, wood},
+                  {{-3.4f, 1.9f, 0}, {-2.5f, 2.9f, 0.45f}, red},
+                  {{2.6f, -2.9f, 0}, {3.4f, -2.1f, 1.1f}, {0.55f, 0.57f, 0.62f}}};
 }
 
 void SyntheticRoom::furnishForWall() {
-    constexpr float eyeHeight = 1.6F;
-    _low = {-3.5F, -2.4F, 0};
-    _high = {3.5F, 2.6F, 2.9F};
-    _pose = {{0, -2.38F, eyeHeight}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1}};
+    constexpr float eyeHeight = 1.6f;
+    _low = {-3.5f, -2.4f, 0};
+    _high = {3.5f, 2.6f, 2.9f};
+    _pose = {{0, -2.38f, eyeHeight}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1}};
     // A line at the height of the eye lies on the picture's horizontal diameter.
     for (const Surface surface : {Surface::north, Surface::east, Surface::west}) {
         const Place middle{surface, widthOf(surface) / 2, eyeHeight};
-        wall(surface).panels.push_back({middle, widthOf(surface), 0.025F, SIGNAL_RED});
+        wall(surface).panels.push_back({middle, widthOf(surface), 0.025f, signalRed});
         addMetreMarks(surface);
     }
-    _dado = 0.75F;
-    wall(Surface::west).signs.emplace_back(Place{Surface::west, 2.1F, 2.2F}, 0.6F, "LEFT", WHITE);
-    wall(Surface::north).signs.emplace_back(Place{Surface::north, 3.5F, 2.2F}, 0.6F, "AHEAD", WHITE);
-    wall(Surface::east).signs.emplace_back(Place{Surface::east, 2.9F, 2.2F}, 0.6F, "RIGHT", WHITE);
-    addDoor(Surface::north, 0.9F);
-    addDoor(Surface::north, 6.1F);
-    addDoor(Surface::west, 4.2F);
-    addDoor(Surface::east, 0.8F);
-    addClock({Surface::north, 3.5F, 1.18F}, 0.26F);
-    addClock({Surface::floor, 0, -0.9F}, 0.26F);
-    for (const float x : {-1.8F, 1.8F}) {
-        for (const float y : {-1.0F, 1.0F}) {
-            wall(Surface::ceiling).panels.push_back({{Surface::ceiling, x, y}, 0.62F, 0.62F, {1.25F, 1.25F, 1.2F}});
+    _dado = 0.75f;
+    wall(Surface::west).signs.emplace_back(Place{Surface::west, 2.1f, 2.2f}, 0.6f, "LEFT", white);
+    wall(Surface::north).signs.emplace_back(Place{Surface::north, 3.5f, 2.2f}, 0.6f, "AHEAD", white);
+    wall(Surface::east).signs.emplace_back(Place{Surface::east, 2.9f, 2.2f}, 0.6f, "RIGHT", white);
+    addDoor(Surface::north, 0.9f);
+    addDoor(Surface::north, 6.1f);
+    addDoor(Surface::west, 4.2f);
+    addDoor(Surface::east, 0.8f);
+    addClock({Surface::north, 3.5f, 1.18f}, 0.26f);
+    addClock({Surface::floor, 0, -0.9f}, 0.26f);
+    for (const float x : {-1.8f, 1.8f}) {
+        for (const float y : {-1.0f, 1.0f}) {
+            wall(Surface::ceiling).panels.push_back({{Surface::ceiling, x, y}, 0.62f, 0.62f, {1.25f, 1.25f, 1.2f}});
         }
     }
-    _furniture = {{{1.6F, 1.7F, 0}, {2.5F, 2.55F, 0.8F}, WOOD}, {{-3.4F, -2.3F, 0}, {-2.6F, -1.4F, 0.45F}, RED}};
+    _furniture = {{{1.6f, 1.7f, 0}, {2.5f, 2.55f, 0.8f}, wood}, {{-3.4f, -2.3f, 0}, {-2.6f, -1.4f, 0.45f}, red}};
 }
 
 /// A door covers the marks that were there.
 void SyntheticRoom::addDoor(Surface surface, float along) {
-    std::erase_if(wall(surface).signs, [=](const Sign& sign) { return std::fabs(sign.middle.along - along) < 0.6F; });
-    wall(surface).panels.push_back({{surface, along, 1.06F}, 1.06F, 2.12F, WHITE});
-    wall(surface).panels.push_back({{surface, along, 1.02F}, 0.9F, 2.04F, WOOD});
-    for (const float height : {0.55F, 1.5F})
-        wall(surface).panels.push_back({{surface, along, height}, 0.62F, 0.72F, DARK_WOOD});
-    wall(surface).panels.push_back({{surface, along + 0.37F, 1.03F}, 0.06F, 0.12F, YELLOW});
+    std::erase_if(wall(surface).signs, [=](const Sign& sign) { return std::fabs(sign.middle.along - along) < 0.6f; });
+    wall(surface).panels.push_back({{surface, along, 1.06f}, 1.06f, 2.12f, white});
+    wall(surface).panels.push_back({{surface, along, 1.02f}, 0.9f, 2.04f, wood});
+    for (const float height : {0.55f, 1.5f})
+        wall(surface).panels.push_back({{surface, along, height}, 0.62f, 0.72f, darkWood});
+    wall(surface).panels.push_back({{surface, along + 0.37f, 1.03f}, 0.06f, 0.12f, yellow});
 }
 
 void SyntheticRoom::addMetreMarks(Surface surface) {
     for (int metre = 1; static_cast<float>(metre) < widthOf(surface); ++metre) {
         const float along = static_cast<float>(metre);
-        wall(surface).panels.push_back({{surface, along, 1.5F}, 0.022F, 3, mix(wall(surface).colour, WHITE, 0.35F)});
-        wall(surface).signs.emplace_back(Place{surface, along, 0.42F}, 0.24F, std::to_string(metre), WHITE);
+        wall(surface).panels.push_back({{surface, along, 1.5f}, 0.022f, 3, mix(wall(surface).colour, white, 0.35f)});
+        wall(surface).signs.emplace_back(Place{surface, along, 0.42f}, 0.24f, std::to_string(metre), white);
     }
 }
 
 void SyntheticRoom::addClock(const Place& middle, float letterHeight) {
-    Sign& clock = _clocks.emplace_back(middle, letterHeight, CLOCK_TEXT, CLOCK_DIGITS);
+    Sign& clock = _clocks.emplace_back(middle, letterHeight, clockText, clockDigits);
     const float width = clock.width + letterHeight;
-    wall(middle.surface).panels.push_back({middle, width + 0.06F, letterHeight * 1.9F + 0.06F, WHITE});
-    wall(middle.surface).panels.push_back({middle, width, letterHeight * 1.9F, CLOCK_FACE});
+    wall(middle.surface).panels.push_back({middle, width + 0.06f, letterHeight * 1.9f + 0.06f, white});
+    wall(middle.surface).panels.push_back({middle, width, letterHeight * 1.9f, clockFace});
 }
 
 float SyntheticRoom::widthOf(Surface surface) const {
@@ -284,7 +284,7 @@ Colour SyntheticRoom::paintAt(const Place& place) const {
     } else if (place.surface == Surface::ceiling) {
         colour = ceilingSlabs(place.along, place.height);
     } else if (place.height < _dado) {
-        colour = colour * 0.72F;
+        colour = colour * 0.72f;
     }
     for (const Panel& panel : wall.panels) {
         if (std::fabs(place.along - panel.middle.along) < panel.width / 2 &&
@@ -296,17 +296,17 @@ Colour SyntheticRoom::paintAt(const Place& place) const {
         if (sign.distance(place.along, place.height) < 0) colour = sign.colour;
     }
     const bool upright = place.surface != Surface::floor && place.surface != Surface::ceiling;
-    return upright && place.height < SKIRTING ? WHITE : colour;
+    return upright && place.height < skirting ? white : colour;
 }
 
 /// A lamp under the middle of the ceiling, the light that the walls throw back, and dim corners.
 float SyntheticRoom::brightnessAt(Vec3 point, Vec3 normal) const {
-    const Vec3 lamp = {0, (_low.y + _high.y) / 2, _high.z - 0.4F};
+    const Vec3 lamp = {0, (_low.y + _high.y) / 2, _high.z - 0.4f};
     const Vec3 toLamp = lamp - point;
     const float distance = length(toLamp);
-    const float facing = std::max(0.0F, dot(toLamp, normal)) / distance;
-    const float direct = facing / (1 + 0.05F * distance * distance);
-    float brightness = normal.z < 0 ? 0.92F : 0.76F + 0.36F * direct;
+    const float facing = std::max(0.0f, dot(toLamp, normal)) / distance;
+    const float direct = facing / (1 + 0.05f * distance * distance);
+    float brightness = normal.z < 0 ? 0.92f : 0.76f + 0.36f * direct;
     if (normal.x == 0) brightness *= nearEdge(point.x - _low.x) * nearEdge(_high.x - point.x);
     if (normal.y == 0) brightness *= nearEdge(point.y - _low.y) * nearEdge(_high.y - point.y);
     if (normal.z == 0) brightness *= nearEdge(point.z - _low.z) * nearEdge(_high.z - point.z);

@@ -10,7 +10,7 @@
 namespace zetplay {
 
 enum class Surface { floor, ceiling, north, east, south, west };
-constexpr std::size_t SURFACES = 6;
+constexpr std::size_t surfaceCount = 6;
 
 /// A place on a surface, in metres. On a wall `along` runs to the right as a person inside sees it, from the wall's
 /// left end, and `height` up from the floor. On floor and ceiling `along` is x and `height` is y.
@@ -94,7 +94,7 @@ private:
     Vec3 _low;   ///< the room's corner to the south-west, on the floor
     Vec3 _high;  ///< the corner to the north-east, at the ceiling
     CameraPose _pose;
-    std::array<Wall, SURFACES> _walls;
+    std::array<Wall, surfaceCount> _walls;
     std::vector<Furniture> _furniture;
     std::vector<Sign> _clocks;
     float _dado = 0;  ///< height of the walls' darker lower part

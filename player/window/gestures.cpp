@@ -15,8 +15,8 @@ constexpr double doubleTapTime = 0.4;  // seconds between the ends of two taps
 constexpr float doubleTapRadius = 30;  // pixels between them
 constexpr double trailTime = 0.1;      // seconds before the release that tell its speed
 constexpr float leastFling = 200;      // pixels per second
-constexpr float pinchStep = 1.05F;     // ratio of finger distances that makes one pinch
-constexpr float wheelStep = 1.1F;      // pinch factor of a notch
+constexpr float pinchStep = 1.05f;     // ratio of finger distances that makes one pinch
+constexpr float wheelStep = 1.1f;      // pinch factor of a notch
 
 float distance(zet::TouchPoint a, zet::TouchPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y);
