@@ -5,7 +5,7 @@
 namespace zetplay {
 namespace {
 
-TEST(DrawWatch, KnowsWhichNoticeIsTheFrames) {
+TEST(DrawWatch, knowsWhichNoticeIsTheFrames) {
     // A request (its parts are < and >), the set of a frame from its begin to its end, notices (d); a wait in vain, and
     // the draw that was due (s).
     const struct {

@@ -24,7 +24,7 @@ struct Notes {
     void write(const zet::Fling& g) { text << "fling " << std::lround(g.vx) << ',' << std::lround(g.vy); }
 };
 
-TEST(Gestures, ComeFromThePathsOfFingers) {
+TEST(Gestures, comeFromThePathsOfFingers) {
     const struct {
         const char* name;
         const char* path;  // what happens, to which finger, where (x, y), and when

@@ -69,7 +69,7 @@ std::optional<LensCircle> find(const Scene& scene) {
     return finder.find();
 }
 
-TEST(LensFinder, FindsTheCircleToHalfAPercent) {
+TEST(LensFinder, findsTheCircleToHalfAPercent) {
     const auto lighterBlack = [](const Spot& spot) { return 30 + spot.room * 0.8; };
     const auto cutInside = [](const Spot& spot) { return spot.y < -120 ? 0 : spot.room; };
     const Scene scenes[] = {
@@ -87,7 +87,7 @@ TEST(LensFinder, FindsTheCircleToHalfAPercent) {
     }
 }
 
-TEST(LensFinder, SaysNoneWhereThereIsNoCircle) {
+TEST(LensFinder, saysNoneWhereThereIsNoCircle) {
     const auto rounded = [](const Spot& at) {
         return std::pow(std::abs(at.x), 2.4) + std::pow(std::abs(at.y), 2.4) < 166000 ? 150.0 : 5;
     };

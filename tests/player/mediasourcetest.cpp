@@ -39,7 +39,7 @@ std::vector<std::uint8_t> padded(const char* plane, int across, int width, int h
     return samples;
 }
 
-TEST(MediaSource, FullRangePassesSampleForSampleTimeAfterTime) {
+TEST(MediaSource, fullRangePassesSampleForSampleTimeAfterTime) {
     const ScratchDirectory scratch;
     for (const auto& [width, height, line] : {std::array{2, 2, 4}, {6, 4, 8}, {7, 5, 8}, {1030, 34, 1032}}) {
         SCOPED_TRACE(width);
@@ -82,7 +82,7 @@ FrameHandle frameOf(AVPixelFormat format, int width, int height, int align) {
     return frame;
 }
 
-TEST(FrameConverter, HandsOnPlanesWithoutPaddingAndCopiesOthers) {
+TEST(FrameConverter, handsOnPlanesWithoutPaddingAndCopiesOthers) {
     const struct {
         const char* name;
         AVPixelFormat format;
@@ -111,7 +111,7 @@ TEST(FrameConverter, HandsOnPlanesWithoutPaddingAndCopiesOthers) {
     }
 }
 
-TEST(FrameConverter, SaysHowColoursAreCoded) {
+TEST(FrameConverter, saysHowColoursAreCoded) {
     const struct {
         AVPixelFormat format;
         int height;
@@ -144,7 +144,7 @@ TEST(FrameConverter, SaysHowColoursAreCoded) {
     }
 }
 
-TEST(MediaSource, ReadsOtherFormatsAsTheyAreCoded) {
+TEST(MediaSource, readsOtherFormatsAsTheyAreCoded) {
     const ScratchDirectory scratch;
     // Grey and colour at the ends of the limited range stay there; red of RGB comes as full-range BT.601.
     const struct {
@@ -186,7 +186,7 @@ TEST(MediaSource, ReadsOtherFormatsAsTheyAreCoded) {
     }
 }
 
-TEST(MediaSource, GivesWhatAnInputHoldsAndNamesWhatIsWrong) {
+TEST(MediaSource, givesWhatAnInputHoldsAndNamesWhatIsWrong) {
     const ScratchDirectory scratch;
     const std::vector pictures{noise(64, 64, 1), noise(64, 64, 2), noise(64, 64, 3), noise(64, 64, 4)};
     const std::string whole = scratch.write("whole.y4m", y4m(64, 64, "C420jpeg", pictures));

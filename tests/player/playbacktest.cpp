@@ -73,7 +73,7 @@ char following(char picture) {
     return picture == 'd' ? 'a' : static_cast<char>(picture + 1);
 }
 
-TEST_F(Looping, PausesStepsAndGoesOn) {
+TEST_F(Looping, pausesStepsAndGoesOn) {
     std::size_t rest = 0;
     std::size_t stepped = 0;
     play([&] {
@@ -100,7 +100,7 @@ TEST_F(Looping, PausesStepsAndGoesOn) {
     EXPECT_NE(_setter, std::this_thread::get_id()) << "the window's thread waits for no draw";
 }
 
-TEST_F(Looping, EndsWhereLoopingDoes) {
+TEST_F(Looping, endsWhereLoopingDoes) {
     play([&] {
         waitShown(5);
         press(SDLK_l);
@@ -109,7 +109,7 @@ TEST_F(Looping, EndsWhereLoopingDoes) {
     EXPECT_EQ(_session.driver.framesDrawn(), _session.feed.framesSet());
 }
 
-TEST_F(Looping, ShowsTheLastPictureHoweverLate) {
+TEST_F(Looping, showsTheLastPictureHoweverLate) {
     _session.feed.loop = false;
     const auto linger = [this](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
         if (_session.feed.framesShown() == 0) std::this_thread::sleep_for(500ms);
@@ -126,7 +126,7 @@ Options optionsFor(const std::string& input) {
     return options;
 }
 
-TEST(Playback, DrawsTheLastPictureBeforeItTellsOfDamage) {
+TEST(Playback, drawsTheLastPictureBeforeItTellsOfDamage) {
     const ScratchDirectory scratch;
     const Options options = optionsFor(scratch.write("cut.y4m", quarteredVideo(64, 32, 3).substr(0, 7000)));
     Session session(options);
@@ -141,7 +141,7 @@ TEST(Playback, DrawsTheLastPictureBeforeItTellsOfDamage) {
     EXPECT_EQ(session.driver.framesDrawn(), 2);
 }
 
-TEST(Playback, EndsWithTheUsersPartThoughTheInputIsSilent) {
+TEST(Playback, endsWithTheUsersPartThoughTheInputIsSilent) {
     const ScratchDirectory scratch;
     const Options options = optionsFor(scratch.path("pipe"));
     const Pipe pipe(options.input, quarteredVideo(64, 32, 4));

@@ -143,7 +143,7 @@ protected:
     zet::DisplayConfigKit _observers{&_session.driver.bus()};
 };
 
-TEST_F(OnBus, KeysAndMouseDoAsTheViewWants) {
+TEST_F(OnBus, keysAndMouseDoAsTheViewWants) {
     const std::pair<SDL_Keycode, const char*> presses[] = {
         {SDLK_r, "rotation 90; "},   {SDLK_r, "rotation 180; "},       {SDLK_a, "auto-rotate 1; "},
         {SDLK_a, "auto-rotate 0; "}, {SDLK_b, "scene-backdrop 0 0; "}, {SDLK_b, "scene-backdrop 1 1; "},
@@ -167,7 +167,7 @@ TEST_F(OnBus, KeysAndMouseDoAsTheViewWants) {
     }
 }
 
-TEST_F(OnBus, WaitsAreShortForAWhileAfterAnEvent) {
+TEST_F(OnBus, waitsAreShortForAWhileAfterAnEvent) {
     happen(eventOf(SDL_USEREVENT));
     const Uint64 start = SDL_GetTicks64();
     Uint64 last = start;
@@ -181,7 +181,7 @@ TEST_F(OnBus, WaitsAreShortForAWhileAfterAnEvent) {
     EXPECT_LE(waits, 8) << "then nothing wakes the program";
 }
 
-TEST_F(OnBus, FingersDragAndPinch) {
+TEST_F(OnBus, fingersDragAndPinch) {
     const std::tuple<Uint32, int, float, float, const char*> steps[] = {
         {SDL_FINGERDOWN, 1, 40, 30, "touch-down 40 30; "},
         {SDL_FINGERMOTION, 1, 80, 60, "drag 80 60 40 30; "},
@@ -198,7 +198,7 @@ TEST_F(OnBus, FingersDragAndPinch) {
     }
 }
 
-TEST_F(OnBus, ScriptSetsItsRecordsAsTheyStand) {
+TEST_F(OnBus, scriptSetsItsRecordsAsTheyStand) {
     const char* const lines[] = {
         "render-mode -7",
         "touch-down 1.5 -2",
@@ -217,7 +217,7 @@ TEST_F(OnBus, ScriptSetsItsRecordsAsTheyStand) {
     }
 }
 
-TEST_F(OnBus, FramesCarryTheirMetadataAndWhatTheScriptHasSet) {
+TEST_F(OnBus, framesCarryTheirMetadataAndWhatTheScriptHasSet) {
     const std::pair<const char*, const char*> lines[] = {
         {"frame 3", "frame a face 5,8,9,Ann; frame b 5 6 7 8; frame c 1 2 3 4 rect 1,4 rect 5,8; "},
         {"faces 1,2,3,4,0,33,x \"5,6,7,8,1,44,Ann, the 2nd\"", ""},
@@ -244,7 +244,7 @@ void recordNine(const Options& options, const SDL_Event& event) {
     session.recording->finish();
 }
 
-TEST(Recording, BearsWithTheUserAndWithMissingEncoders) {
+TEST(Recording, bearsWithTheUserAndWithMissingEncoders) {
     const struct {
         const char* name;
         SDL_Event event;
@@ -304,7 +304,7 @@ void expectRefused(const Wrong (&cases)[count], const std::string& before, const
     EXPECT_THROW(Reader(scratch.path("")), Failure);
 }
 
-TEST(WrongInput, ScriptIsRefusedWhole) {
+TEST(WrongInput, scriptIsRefusedWhole) {
     const Wrong cases[] = {
         {"fly", "'fly' is no command"},
         {"render-mode 99999999999", "'99999999999'"},
@@ -317,7 +317,7 @@ TEST(WrongInput, ScriptIsRefusedWhole) {
     expectRefused<Script, WrongUsage>(cases, "# a comment\nframe 2 # and one more\n \t\r\n", ":4: ");
 }
 
-TEST(WrongInput, MetadataIsNamed) {
+TEST(WrongInput, metadataIsNamed) {
     const Wrong cases[] = {
         {"{\n\"frames\": {\n", "line 3"},
         {R"({"frame": {}})", "unknown key 'frame'"},

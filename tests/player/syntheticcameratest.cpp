@@ -36,7 +36,7 @@ Picture pictureOf(const SyntheticSize& size, Mount mount, int number = 0) {
     return picture;
 }
 
-TEST(SyntheticCamera, ShowsTheRoomThroughAnEquidistantLens) {
+TEST(SyntheticCamera, showsTheRoomThroughAnEquidistantLens) {
     struct Mark {
         Mount mount;
         double x, y, z;
@@ -70,7 +70,7 @@ TEST(SyntheticCamera, ShowsTheRoomThroughAnEquidistantLens) {
     }
 }
 
-TEST(SyntheticCamera, NumberAndRateMakeThePicture) {
+TEST(SyntheticCamera, numberAndRateMakeThePicture) {
     for (const Mount mount : {Mount::ceiling, Mount::wall}) {
         const Picture first = pictureOf({242, 242, 10}, mount);
         const Picture picture = pictureOf({242, 242, 10}, mount, 10);

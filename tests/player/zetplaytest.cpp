@@ -55,7 +55,7 @@ protected:
     const std::string _good = _scratch.write("good.y4m", _video);
 };
 
-TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
+TEST_F(Zetplay, tellsWhatIsWrongInOneLine) {
     _scratch.write("wrong.txt", "frame\nframe two\n");
     _scratch.write("much.txt", "frame 10\n");
     const struct {
@@ -92,7 +92,7 @@ TEST_F(Zetplay, TellsWhatIsWrongInOneLine) {
     }
 }
 
-TEST_F(Zetplay, TellsWhatCannotBeWritten) {
+TEST_F(Zetplay, tellsWhatCannotBeWritten) {
     const std::string arguments = "good.y4m --frames 1 --verbose --shot shot.png";
     EXPECT_EQ(run(arguments, "env -u DISPLAY sh -c 'exec \"$@\" <&- >&- 2>&-' sh").status, 0)
         << "no descriptor is anybody else's";
@@ -115,14 +115,14 @@ TEST_F(Zetplay, TellsWhatCannotBeWritten) {
     EXPECT_EQ(files, 5) << "the input, three of the test's own, and the picture";
 }
 
-TEST_F(Zetplay, EndsCleanlyWhereTheInputDoesNot) {
+TEST_F(Zetplay, endsCleanlyWhereTheInputDoesNot) {
     const Pipe pipe(_scratch.path("pipe"), _video);
     // Killed where it doesn't end of itself.
     EXPECT_EQ(run("pipe --shot shot.png", "timeout --preserve-status -s INT -k 5 2").status, 130);
     expectQuarters(readImage("shot.png"), false);
 }
 
-TEST_F(Zetplay, DoesEachCommandOfStandardInputAsItComes) {
+TEST_F(Zetplay, doesEachCommandOfStandardInputAsItComes) {
     const Result result = run("good.y4m --stats --script -", {},
                               "frame 2\nscale 2\nread-scale\nrender-mode 77\nread-scale\nwindow none\nframe\nhop\n"
                               "read-scale\n");
@@ -135,7 +135,7 @@ TEST_F(Zetplay, DoesEachCommandOfStandardInputAsItComes) {
                     " [0-9.]+, \"cpu_seconds\": [0-9.]+, \"peak_resident_bytes\": [0-9]+.\n"));
 }
 
-TEST_F(Zetplay, FindsTheLensCircleAndUsesIt) {
+TEST_F(Zetplay, findsTheLensCircleAndUsesIt) {
     const auto play = [&](const std::string& lens) {
         const std::string told =
             run("--synthetic 640x480 --frames 1 --shot shot.png --view panorama --lens " + lens).err;
@@ -151,7 +151,7 @@ TEST_F(Zetplay, FindsTheLensCircleAndUsesIt) {
     EXPECT_FALSE(shot == play("none").second);
 }
 
-TEST_F(Zetplay, SnapshotsAgreeWithTheWindow) {
+TEST_F(Zetplay, snapshotsAgreeWithTheWindow) {
     _scratch.write("snap.txt",
                    "frame\nsettle\nrotation 180\nframe\nsnap view.png\nsnap view.rgba\nsnap post.png post\n"
                    "snap source.png source\nsnap small.png buffer=100\ngrab window.png\n");
@@ -192,7 +192,7 @@ std::string patchPlanes(const Coding& coding) {
     return planes;
 }
 
-TEST_F(Zetplay, ShowsColoursAsTheyWereCoded) {
+TEST_F(Zetplay, showsColoursAsTheyWereCoded) {
     constexpr Coding limited709{0.2126, 0.0722, false}, full709{0.2126, 0.0722, true};
     constexpr Coding limited601{0.299, 0.114, false}, full601{0.299, 0.114, true}, full2020{0.2627, 0.0593, true};
     const struct {
@@ -234,7 +234,7 @@ TEST_F(Zetplay, ShowsColoursAsTheyWereCoded) {
     }
 }
 
-TEST_F(Zetplay, LeavesColoursToTheModuleWhereToldTo) {
+TEST_F(Zetplay, leavesColoursToTheModuleWhereToldTo) {
     // What `zet::YUV420PData` promises, of samples far from grey.
     const std::string picture = std::string(64, '\x64') + std::string(16, '\x78') + std::string(16, '\x96');
     const std::array moduleDefault{100 + 1.13983 * 22.5, 100 + 0.39465 * 7.5 - 0.58060 * 22.5, 100 - 2.03211 * 7.5};
@@ -265,7 +265,7 @@ void expectRecorded(const Picture& picture) {
     }
 }
 
-TEST_F(Zetplay, RecordsEachFrameOnceAtItsTimeAndKeepsWhatIsCutShort) {
+TEST_F(Zetplay, recordsEachFrameOnceAtItsTimeAndKeepsWhatIsCutShort) {
     _scratch.write("cut.y4m", _video.substr(0, _video.size() - 100));
     _scratch.write("still.y4m", quarteredVideo(64, 32, 1));
     _scratch.write("resize.txt", "frame 4\nresize 400 200\nframe 3\nresize 100 50\nframe\n");
@@ -301,7 +301,7 @@ TEST_F(Zetplay, RecordsEachFrameOnceAtItsTimeAndKeepsWhatIsCutShort) {
     }
 }
 
-TEST_F(Zetplay, GalleryHasEachViewAndALabelledSheetOfAll) {
+TEST_F(Zetplay, galleryHasEachViewAndALabelledSheetOfAll) {
     ASSERT_EQ(run("--gallery all --size 800x400 --synthetic 480x480").status, 0);
     const Image sheet = readImage("all/contact-sheet.png");
     // Four columns, three rows of pictures of half the size, each over 30 rows with its label, 12 pixels around them.

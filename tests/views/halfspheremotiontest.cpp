@@ -44,7 +44,7 @@ void expectPose(const HalfSphereMotion& motion, float eyeZ, float pitch, float m
     EXPECT_NEAR(motion._moveZ, moveZ, 1e-4);
 }
 
-TEST(HalfSphereMotion, OpeningRisesInOneTurnFrameByFrame) {
+TEST(HalfSphereMotion, openingRisesInOneTurnFrameByFrame) {
     const struct {
         bool backdrop;
         int frames;  // before the one that ends it
@@ -71,7 +71,7 @@ TEST(HalfSphereMotion, OpeningRisesInOneTurnFrameByFrame) {
     }
 }
 
-TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
+TEST(HalfSphereMotion, aDoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
     // The turn is less by a ninth of the angle from the vertical on the upper half, by 55/90 of it on the lower one.
     const struct {
         HalfSphereMotion motion;
@@ -91,7 +91,7 @@ TEST(HalfSphereMotion, ADoubleTapFliesAndTurnsWhatWasTappedToTheTop) {
     }
 }
 
-TEST(HalfSphereMotion, ATiltPastNearSpringsBackAndFromThenOnThePathLeadsThroughNear) {
+TEST(HalfSphereMotion, aTiltPastNearSpringsBackAndFromThenOnThePathLeadsThroughNear) {
     HalfSphereMotion motion = atFar();
     motion.touchDown(0, 0);
     dragTo(motion, -9);
@@ -111,7 +111,7 @@ TEST(HalfSphereMotion, ATiltPastNearSpringsBackAndFromThenOnThePathLeadsThroughN
     expectPose(motion, 7.1f, 0, 0, 0);
 }
 
-TEST(HalfSphereMotion, ADoubleTapOffRestFliesBackToIt) {
+TEST(HalfSphereMotion, aDoubleTapOffRestFliesBackToIt) {
     HalfSphereMotion pinched = atFar();
     double travel = 0;
     for (const auto& [factor, step] : {std::pair(1.01f, -1), {5.0f, -1}, {0.9f, 1}, {5.0f, -1}}) {

@@ -21,8 +21,8 @@ TEST(MultiViewMotion, allPanesButTheTouchedTurnWithEachPaneDrawn) {
     for (int p = 1; p < 4; ++p) EXPECT_NEAR(motion._pan[p], 360 - 4 * 2 * 0.0432692356, 1e-3) << p;
 }
 
-struct MultiViewMapMotionTest : testing::Test {
-    MultiViewMapMotionTest() {
+struct MultiViewMapNumbers : testing::Test {
+    MultiViewMapNumbers() {
         motion._size.changeTo(1000, 800);
         motion.step();
     }
@@ -32,7 +32,7 @@ struct MultiViewMapMotionTest : testing::Test {
     MultiViewMapMotion motion;
 };
 
-TEST_F(MultiViewMapMotionTest, theMapsMiddleHasNoDirectionAndLiesAtThePole) {
+TEST_F(MultiViewMapNumbers, theMapsMiddleHasNoDirectionAndLiesAtThePole) {
     motion.touchDown(499.5f, 1);
     motion.drag(750, 400, 400, 400);  // on the map its end counts, wherever it began
     EXPECT_FLOAT_EQ(motion._yaw, 270.0f);
@@ -42,7 +42,7 @@ TEST_F(MultiViewMapMotionTest, theMapsMiddleHasNoDirectionAndLiesAtThePole) {
     EXPECT_NEAR(motion._pitch, 0, 1e-5);
 }
 
-TEST_F(MultiViewMapMotionTest, turnsOnHoweverManyTurnsLieBehind) {
+TEST_F(MultiViewMapNumbers, turnsOnHoweverManyTurnsLieBehind) {
     motion.drag(750, 400, 750 + 1.6e8f, 400);  // 50,000 turns, beyond which a float counts degrees
     motion.setAutoRotate(true, 1);
     steps(1);
@@ -51,7 +51,7 @@ TEST_F(MultiViewMapMotionTest, turnsOnHoweverManyTurnsLieBehind) {
     EXPECT_NEAR(motion._yaw, before + 100 * 0.043269236, 0.1);
 }
 
-TEST_F(MultiViewMapMotionTest, lowTiltSpringsBackByADegreeAFrameUnlessAFingerCatchesIt) {
+TEST_F(MultiViewMapNumbers, lowTiltSpringsBackByADegreeAFrameUnlessAFingerCatchesIt) {
     constexpr float nearPitch = -45.560596f, lowPitch = -65.900597f;
     motion.touchDown(750, 400);
     motion.step();
@@ -74,8 +74,8 @@ TEST_F(MultiViewMapMotionTest, lowTiltSpringsBackByADegreeAFrameUnlessAFingerCat
 }
 
 // 1200 by 900: the overview answers up to x = 600, its middle is (300, 450).
-struct WallTwoViewMotionTest : testing::Test {
-    WallTwoViewMotionTest() { motion._size.changeTo(1200, 900); }
+struct WallTwoNumbers : testing::Test {
+    WallTwoNumbers() { motion._size.changeTo(1200, 900); }
     void stand(float pitch, float yaw) {
         motion._pitch = pitch;
         motion._yaw = yaw;
@@ -89,7 +89,7 @@ struct WallTwoViewMotionTest : testing::Test {
     WallTwoViewMotion motion;
 };
 
-TEST_F(WallTwoViewMotionTest, dragsTurnWithinADiamond) {
+TEST_F(WallTwoNumbers, dragsTurnWithinADiamond) {
     const struct {
         const char* what;
         float pitch, yaw, x1, y1, x2, y2;
@@ -113,7 +113,7 @@ TEST_F(WallTwoViewMotionTest, dragsTurnWithinADiamond) {
 }
 
 // A touch asks for D degrees along the main axis and gets 1.44 * ceil(D / 1.44 / 1.44) of them.
-TEST_F(WallTwoViewMotionTest, touchesAimPartOfTheWay) {
+TEST_F(WallTwoNumbers, touchesAimPartOfTheWay) {
     const struct {
         const char* what;
         float x, y;

@@ -17,7 +17,7 @@ Bytes join(Bytes head, const Bytes& tail) {
     return head;
 }
 
-TEST(RunLengthPicture, UnpacksEveryTokenForm) {
+TEST(RunLengthPicture, unpacksEveryTokenForm) {
     const struct {
         const char* name;
         Bytes stream, bytes;
@@ -37,7 +37,7 @@ TEST(RunLengthPicture, UnpacksEveryTokenForm) {
     }
 }
 
-TEST(RunLengthPicture, RefusesADamagedStream) {
+TEST(RunLengthPicture, refusesADamagedStream) {
     const std::pair<const char*, Bytes> cases[] = {
         {"half a header", {2, 0, 2}},
         {"an odd width", {3, 0, 2, 0, 7, 0x89}},

@@ -63,8 +63,8 @@ struct View {
     int frames;         // from the near end to the far one, and of the sweep's approach
 };
 
-struct WallZoomTest : testing::TestWithParam<View> {
-    WallZoomTest() {
+struct WallZoomNumbers : testing::TestWithParam<View> {
+    WallZoomNumbers() {
         zoom._size.changeTo(1000, 800);
         zoom.step();
     }
@@ -79,10 +79,10 @@ const View views[] = {
     {"one", wallOneZoom, 6.0f, 3.0f, 0.115425f, 5.8f, 5.7f, 32, 26, 59, 3.0499935f, 60},
     {"one180", wallOne180Zoom, 6.4f, -0.8f, 0.029925f, 5.9f, 6.08f, 60, 32, 143, -0.7500063f, 144},
 };
-INSTANTIATE_TEST_SUITE_P(Views, WallZoomTest, testing::ValuesIn(views),
+INSTANTIATE_TEST_SUITE_P(Views, WallZoomNumbers, testing::ValuesIn(views),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
-TEST_P(WallZoomTest, fliesBetweenTheRests) {
+TEST_P(WallZoomNumbers, fliesBetweenTheRests) {
     const int half = view.frames / 2;
     const float middle = (far + near) / 2;
     const float lim = 1 - std::sin((middle - near) / (view.lockedAbove - near) * M_PIf / 2);
@@ -101,7 +101,7 @@ TEST_P(WallZoomTest, fliesBetweenTheRests) {
           {"rests, turned by a finger", drag(500, 500, 540, 500), view.frames - half + 1, WideRest, far, 0, 0}});
 }
 
-TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
+TEST_P(WallZoomNumbers, pinchesMoveAndCrossBetweenTheRests) {
     const float step = view.pinchStep, close = view.closeBelow, half = near + 0.5f;
     const float left = 1 - step / (far - half - step);
     play({{"a step in by any factor above 1", pinch(1.0001f), 1, WideRest, far - step, 0, 0},
@@ -116,7 +116,7 @@ TEST_P(WallZoomTest, pinchesMoveAndCrossBetweenTheRests) {
           {"coming near leaves them", pinch(2), 1, CloseRest, half, 6 * left, -3 * left}});
 }
 
-TEST_P(WallZoomTest, theSweepTakesOverUntilAGesture) {
+TEST_P(WallZoomNumbers, theSweepTakesOverUntilAGesture) {
     play({{"on the way in", tap, 10, FlyingIn, far - 0.5f, 0, 0},
           {"comes close", sweep, view.frames - 10, CloseRest, near, 0, 0},
           {"on the way out", tap, 20, FlyingOut, near + 0.95f, 0, 0},
@@ -128,7 +128,7 @@ TEST_P(WallZoomTest, theSweepTakesOverUntilAGesture) {
           {"hears taps again", tap, 1, FlyingOut, near, view.yaw - 2, 0}});
 }
 
-TEST_P(WallZoomTest, hearsATapOnTheWayIn) {
+TEST_P(WallZoomNumbers, hearsATapOnTheWayIn) {
     play({{"on the way", tap, 9, FlyingIn, far - 0.45f, 0, 0}});
     if (!view.settings.tapRecallsFlight) return play({{"not here", tap, 1, FlyingIn, far - 0.5f, 0, 0}});
     play({{"is called back and takes note", tap, 2, FlyingOut, 5.95f, 0, 0},
