@@ -21,8 +21,8 @@ constexpr float outerBorder = CylinderSideMotion::_zoomMax - 0.2f;  // at rest f
 }  // namespace
 
 CylinderSideMotion::Phase CylinderSideMotion::phase() const {
-    if (_zoomIn) return _zoomPhase ? Phase::FlyingIn : Phase::RestingIn;
-    return _zoomPhase ? Phase::RestingOut : Phase::FlyingOut;
+    if (_zoomIn) return _zoomPhase ? Phase::flyingIn : Phase::restingIn;
+    return _zoomPhase ? Phase::restingOut : Phase::flyingOut;
 }
 
 void CylinderSideMotion::turn(double radians) {
@@ -71,14 +71,14 @@ void CylinderSideMotion::fling(float velocityX, float) {
 
 void CylinderSideMotion::step() {
     switch (phase()) {
-        case Phase::FlyingOut:
+        case Phase::flyingOut:
             fly(flightStep, _zoom >= _zoomMax);
             break;
-        case Phase::FlyingIn:
+        case Phase::flyingIn:
             fly(-flightStep, _zoom <= _zoomMin);
             break;
-        case Phase::RestingOut:
-        case Phase::RestingIn:
+        case Phase::restingOut:
+        case Phase::restingIn:
             classifyRest();
             break;
     }

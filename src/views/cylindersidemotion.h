@@ -8,7 +8,7 @@ namespace zet::ZETShow {
 /// Pan and zoom of the panorama strip. Gestures and the flight of a double tap change its numbers,
 /// `CylinderSideRender` draws them.
 struct CylinderSideMotion final : Motion {
-    enum class Phase { FlyingOut, RestingOut, FlyingIn, RestingIn };
+    enum class Phase { flyingOut, restingOut, flyingIn, restingIn };
     /// Any thread.
     Phase phase() const;
 

@@ -20,7 +20,7 @@ TEST(CylinderSideMotion, doubleTapFliesInAndBackIn43Frames) {
     const struct {
         Phase flying, resting;
         float end;
-    } flights[] = {{Phase::FlyingIn, Phase::RestingIn, -0.85f}, {Phase::FlyingOut, Phase::RestingOut, 0}};
+    } flights[] = {{Phase::flyingIn, Phase::restingIn, -0.85f}, {Phase::flyingOut, Phase::restingOut, 0}};
     for (const auto& [flying, resting, end] : flights) {
         SCOPED_TRACE(end);
         motion.doubleTap(0, 0);
@@ -43,11 +43,11 @@ TEST(CylinderSideMotion, pinchesCrossTheBorderOfTheRestStates) {
         motion.pinch(100.0f);
         motion.step();
         EXPECT_NEAR(motion._zoom, -i * 0.03375, 1e-6);
-        EXPECT_EQ(motion.phase(), i < 6 ? Phase::RestingOut : Phase::RestingIn) << i;
+        EXPECT_EQ(motion.phase(), i < 6 ? Phase::restingOut : Phase::restingIn) << i;
     }
     motion.doubleTap(0, 0);
     steps(motion, 12);
-    EXPECT_EQ(motion.phase(), Phase::RestingOut);
+    EXPECT_EQ(motion.phase(), Phase::restingOut);
 }
 
 TEST(CylinderSphereMotion, theBowlComesNearerOnTheWayUpToAnEnd) {

@@ -86,56 +86,56 @@ TEST_P(WallZoomNumbers, fliesBetweenTheRests) {
     const int half = view.frames / 2;
     const float middle = (far + near) / 2;
     const float lim = 1 - std::sin((middle - near) / (view.lockedAbove - near) * M_PIf / 2);
-    play({{"far, turns are locked", ask(far, 9, -9), 1, WideRest, far, 0, 0},
-          {"flies in", tap, view.framesIn, FlyingIn, view.flownIn, 0, 0},
-          {"reports the end", none, 1, CloseRest, view.flownIn, 0, 0},
-          {"goes the rest by hand", ask(near), 1, CloseRest, near, 0, 0},
-          {"turns as far as it may", ask(near, 1e5, -1e5), 1, CloseRest, near, view.yaw, -view.pitch},
-          {"flies out, and first takes note", tap, 1, FlyingOut, near, view.yaw, -view.pitch},
-          {"limits shrink by a cosine", none, half, FlyingOut, middle, view.yaw * lim, -view.pitch * lim},
-          {"hears no tap on the way", tap, view.frames - half, FlyingOut, far, 0, 0},
-          {"reports the end", none, 1, WideRest, far, 0, 0},
-          {"is pinched in", ask(near), 1, CloseRest, near, 0, 0},
-          {"turns a little", ask(near, 1, -2), 1, CloseRest, near, 1, -2},
-          {"flies out evenly", tap, 1 + half, FlyingOut, middle, 0.5, -1},
-          {"rests, turned by a finger", drag(500, 500, 540, 500), view.frames - half + 1, WideRest, far, 0, 0}});
+    play({{"far, turns are locked", ask(far, 9, -9), 1, wideRest, far, 0, 0},
+          {"flies in", tap, view.framesIn, flyingIn, view.flownIn, 0, 0},
+          {"reports the end", none, 1, closeRest, view.flownIn, 0, 0},
+          {"goes the rest by hand", ask(near), 1, closeRest, near, 0, 0},
+          {"turns as far as it may", ask(near, 1e5, -1e5), 1, closeRest, near, view.yaw, -view.pitch},
+          {"flies out, and first takes note", tap, 1, flyingOut, near, view.yaw, -view.pitch},
+          {"limits shrink by a cosine", none, half, flyingOut, middle, view.yaw * lim, -view.pitch * lim},
+          {"hears no tap on the way", tap, view.frames - half, flyingOut, far, 0, 0},
+          {"reports the end", none, 1, wideRest, far, 0, 0},
+          {"is pinched in", ask(near), 1, closeRest, near, 0, 0},
+          {"turns a little", ask(near, 1, -2), 1, closeRest, near, 1, -2},
+          {"flies out evenly", tap, 1 + half, flyingOut, middle, 0.5, -1},
+          {"rests, turned by a finger", drag(500, 500, 540, 500), view.frames - half + 1, wideRest, far, 0, 0}});
 }
 
 TEST_P(WallZoomNumbers, pinchesMoveAndCrossBetweenTheRests) {
     const float step = view.pinchStep, close = view.closeBelow, half = near + 0.5f;
     const float left = 1 - step / (far - half - step);
-    play({{"a step in by any factor above 1", pinch(1.0001f), 1, WideRest, far - step, 0, 0},
-          {"a step out by any other", pinch(-1), 1, WideRest, far, 0, 0},
-          {"across", ask(close - 0.001f), 1, CloseRest, close - 0.001f, 0, 0},
-          {"back across", ask(close + 0.001f), 1, WideRest, close + 0.001f, 0, 0},
-          {"past the near end", ask(-1e5), 1, CloseRest, near, 0, 0},
-          {"at once back from it", pinch(0.5), 1, CloseRest, near + step, 0, 0},
-          {"near", ask(half), 1, CloseRest, half, 0, 0},
-          {"turned", ask(half, 6, -3), 1, CloseRest, half, 6, -3},
-          {"pulled back, shrinks the turns", pinch(0.5), 1, CloseRest, half + step, 6 * left, -3 * left},
-          {"coming near leaves them", pinch(2), 1, CloseRest, half, 6 * left, -3 * left}});
+    play({{"a step in by any factor above 1", pinch(1.0001f), 1, wideRest, far - step, 0, 0},
+          {"a step out by any other", pinch(-1), 1, wideRest, far, 0, 0},
+          {"across", ask(close - 0.001f), 1, closeRest, close - 0.001f, 0, 0},
+          {"back across", ask(close + 0.001f), 1, wideRest, close + 0.001f, 0, 0},
+          {"past the near end", ask(-1e5), 1, closeRest, near, 0, 0},
+          {"at once back from it", pinch(0.5), 1, closeRest, near + step, 0, 0},
+          {"near", ask(half), 1, closeRest, half, 0, 0},
+          {"turned", ask(half, 6, -3), 1, closeRest, half, 6, -3},
+          {"pulled back, shrinks the turns", pinch(0.5), 1, closeRest, half + step, 6 * left, -3 * left},
+          {"coming near leaves them", pinch(2), 1, closeRest, half, 6 * left, -3 * left}});
 }
 
 TEST_P(WallZoomNumbers, theSweepTakesOverUntilAGesture) {
-    play({{"on the way in", tap, 10, FlyingIn, far - 0.5f, 0, 0},
-          {"comes close", sweep, view.frames - 10, CloseRest, near, 0, 0},
-          {"on the way out", tap, 20, FlyingOut, near + 0.95f, 0, 0},
-          {"comes close again", sweep, 19, CloseRest, near, 0, 0},
-          {"sweeps at its own speed", none, 10, CloseRest, near, -2, 0},
-          {"turns at the left end", ask(near, -view.yaw + 0.3f), 12, CloseRest, near, -view.yaw + 2, 0},
-          {"and at the right end", ask(near, view.yaw - 0.3f), 12, CloseRest, near, view.yaw - 2, 0},
-          {"stops where it is", touch, 10, CloseRest, near, view.yaw - 2, 0},
-          {"hears taps again", tap, 1, FlyingOut, near, view.yaw - 2, 0}});
+    play({{"on the way in", tap, 10, flyingIn, far - 0.5f, 0, 0},
+          {"comes close", sweep, view.frames - 10, closeRest, near, 0, 0},
+          {"on the way out", tap, 20, flyingOut, near + 0.95f, 0, 0},
+          {"comes close again", sweep, 19, closeRest, near, 0, 0},
+          {"sweeps at its own speed", none, 10, closeRest, near, -2, 0},
+          {"turns at the left end", ask(near, -view.yaw + 0.3f), 12, closeRest, near, -view.yaw + 2, 0},
+          {"and at the right end", ask(near, view.yaw - 0.3f), 12, closeRest, near, view.yaw - 2, 0},
+          {"stops where it is", touch, 10, closeRest, near, view.yaw - 2, 0},
+          {"hears taps again", tap, 1, flyingOut, near, view.yaw - 2, 0}});
 }
 
 TEST_P(WallZoomNumbers, hearsATapOnTheWayIn) {
-    play({{"on the way", tap, 9, FlyingIn, far - 0.45f, 0, 0}});
-    if (!view.settings.tapRecallsFlight) return play({{"not here", tap, 1, FlyingIn, far - 0.5f, 0, 0}});
-    play({{"is called back and takes note", tap, 2, FlyingOut, 5.95f, 0, 0},
-          {"returns", none, 10, WideRest, 6.4f, 0, 0},
-          {"further on the way", tap, 11, FlyingIn, 5.85f, 0, 0},
-          {"loses a frame", tap, 1, FlyingIn, 5.85f, 0, 0},
-          {"goes on", none, 132, FlyingIn, view.flownIn, 0, 0}});
+    play({{"on the way", tap, 9, flyingIn, far - 0.45f, 0, 0}});
+    if (!view.settings.tapRecallsFlight) return play({{"not here", tap, 1, flyingIn, far - 0.5f, 0, 0}});
+    play({{"is called back and takes note", tap, 2, flyingOut, 5.95f, 0, 0},
+          {"returns", none, 10, wideRest, 6.4f, 0, 0},
+          {"further on the way", tap, 11, flyingIn, 5.85f, 0, 0},
+          {"loses a frame", tap, 1, flyingIn, 5.85f, 0, 0},
+          {"goes on", none, 132, flyingIn, view.flownIn, 0, 0}});
 }
 
 TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
@@ -143,17 +143,17 @@ TEST(WallOneView180Motion, springsBackInWholeStepsWhereNothingHoldsIt) {
     motion._size.changeTo(1000, 800);
     const auto down = [](float x, float y) { return [=](WallZoom& zoom) { zoom.touchDown(x, y); }; };
     const Gesture up = [](WallZoom& zoom) { zoom.touchUp(0, 0); };
-    play(motion, {{"far", none, 1, WideRest, 6.4f, 0, 0},
-                  {"near", ask(-0.8f), 1, CloseRest, -0.8f, 0, 0},
-                  {"the corner counts", down(1000, 800), 1, CloseRest, -0.8f, 0, 0},
-                  {"held", ask(-0.8f, 60, -31.9f), 20, CloseRest, -0.8f, 60, -31.9f},
-                  {"lifted", up, 10, CloseRest, -0.8f, 57, -28.9f},
-                  {"at rest", none, 150, CloseRest, -0.8f, 37.2f, -0.7f},
-                  {"a touch beside holds nothing", down(1001, 5), 0, CloseRest, -0.8f, 37.2f, -0.7f},
-                  {"to the left", ask(-0.8f, -40, 0.7f), 1, CloseRest, -0.8f, -39.7f, 0.7f},
-                  {"swept", sweep, 10, CloseRest, -0.8f, -41.7f, 0.7f},
-                  {"stopped", touch, 1, CloseRest, -0.8f, -41.4f, 0.7f},
-                  {"down", ask(-0.8f, 20, 10), 1, CloseRest, -0.8f, 20, 9.7f}});
+    play(motion, {{"far", none, 1, wideRest, 6.4f, 0, 0},
+                  {"near", ask(-0.8f), 1, closeRest, -0.8f, 0, 0},
+                  {"the corner counts", down(1000, 800), 1, closeRest, -0.8f, 0, 0},
+                  {"held", ask(-0.8f, 60, -31.9f), 20, closeRest, -0.8f, 60, -31.9f},
+                  {"lifted", up, 10, closeRest, -0.8f, 57, -28.9f},
+                  {"at rest", none, 150, closeRest, -0.8f, 37.2f, -0.7f},
+                  {"a touch beside holds nothing", down(1001, 5), 0, closeRest, -0.8f, 37.2f, -0.7f},
+                  {"to the left", ask(-0.8f, -40, 0.7f), 1, closeRest, -0.8f, -39.7f, 0.7f},
+                  {"swept", sweep, 10, closeRest, -0.8f, -41.7f, 0.7f},
+                  {"stopped", touch, 1, closeRest, -0.8f, -41.4f, 0.7f},
+                  {"down", ask(-0.8f, 20, 10), 1, closeRest, -0.8f, 20, 9.7f}});
 }
 
 }  // namespace

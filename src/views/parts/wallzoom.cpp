@@ -32,22 +32,22 @@ float steppedToZero(float angle, float step) {
 }  // namespace
 
 WallZoom::Phase WallZoom::phase() const {
-    if (_wantClose) return _atWide ? Phase::FlyingIn : Phase::CloseRest;
-    return _atWide ? Phase::WideRest : Phase::FlyingOut;
+    if (_wantClose) return _atWide ? Phase::flyingIn : Phase::closeRest;
+    return _atWide ? Phase::wideRest : Phase::flyingOut;
 }
 
 void WallZoom::step() {
     if (_autoRotate) stepSweep();
     switch (phase()) {
-        case Phase::WideRest:
-        case Phase::CloseRest:
+        case Phase::wideRest:
+        case Phase::closeRest:
             stepByHand();
             break;
-        case Phase::FlyingIn:
+        case Phase::flyingIn:
             if (stepFlightIn()) _atWide = false;
             clampView();
             break;
-        case Phase::FlyingOut:
+        case Phase::flyingOut:
             if (stepFlightOut()) _atWide = true;
             clampView();
             break;

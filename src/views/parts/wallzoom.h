@@ -54,7 +54,7 @@ inline constexpr WallZoomSettings wallOne180Zoom = {
 /// the two: the motion of one of the one-pane wall views, and most of the other's. Before the first layout gestures do
 /// nothing but stop the sweep.
 struct WallZoom : Motion {
-    enum class Phase { WideRest, FlyingIn, CloseRest, FlyingOut };
+    enum class Phase { wideRest, flyingIn, closeRest, flyingOut };
 
     explicit WallZoom(const WallZoomSettings& settings) : _settings(settings) {}
 
