@@ -7,7 +7,8 @@ namespace zetplay {
 
 namespace {
 
-/// Strokes are lines between points of a grid 4 wide and 6 high; "xy" is a point, a blank goes on, a bar lifts the pen.
+/// Strokes are lines between points of a grid 4 wide and 6 high. "xy" is a point, a blank draws on to the next one, a
+/// bar lifts the pen.
 constexpr float UNIT = 1.0F / 6;
 constexpr float HALF_STROKE = 0.48F * UNIT;
 constexpr float GAP = 1.8F * UNIT;

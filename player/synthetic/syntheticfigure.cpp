@@ -10,7 +10,7 @@ constexpr Colour SKIN{0.87F, 0.66F, 0.52F};
 constexpr Colour HAIR{0.25F, 0.16F, 0.10F};
 constexpr Colour TROUSERS{0.20F, 0.24F, 0.34F};
 
-/// The walker goes round an ellipse.
+/// The walker's ellipse.
 struct Path {
     double middleX, middleY, radiusX, radiusY;  ///< metres
     double secondsPerRound;
