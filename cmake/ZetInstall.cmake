@@ -1,6 +1,6 @@
 # What other projects find: the library and its public headers, a CMake package (target ZET::Display) and a pkg-config
-# file. Both name places relative to themselves, so an installed tree may be moved. Components are what becomes a
-# package each: library, dev, and zetplay with its own rules in player/.
+# file. Both name places relative to themselves, so an installed tree may be moved. Each component becomes a package:
+# library, dev, and zetplay with its own rules in player/.
 include(CMakePackageConfigHelpers)
 
 install(

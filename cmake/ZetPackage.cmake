@@ -3,7 +3,7 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zetdisplay)
 set(CPACK_PACKAGE_CONTACT "ZETDisplay maintainers <maintainers@zetdisplay.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # would stand before each package's own
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # would be put before each package's own
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL library dev)
 if(ZET_BUILD_PLAYER)

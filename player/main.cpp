@@ -19,8 +19,8 @@ namespace zetplay {
 
 namespace {
 
-/// A standard descriptor that is closed would go to the next file or socket, and the log into that. Opened the wrong
-/// way round, it fails each use, as a closed one does.
+/// The next file or socket would get the number of a closed standard descriptor, and the log would go there. Opened for
+/// the wrong direction, the descriptor fails each use, as a closed one does.
 void holdStandardDescriptors() {
     for (const int descriptor : {0, 1, 2}) {
         // The lowest number that is free is the one that `open` takes.
@@ -67,14 +67,14 @@ int run(const Options& options) {
     showMediaLog(options.verbose);
     const auto most = options.verbose ? zet::LogLevel::debug : zet::LogLevel::warning;
     zet::ZETLog::instance().setSink(logToStandardError, nullptr, most);
-    // A wrong script is told before a window opens.
+    // Before a window opens: a script may be wrong.
     const auto script = options.script.empty() ? nullptr : std::make_unique<Script>(options.script);
     Session session(options);
     watchInterrupts();
     try {
         play(session, script.get());
     } catch (...) {
-        // What was shown up to a damaged place of the input, or a wrong line, is still worth its picture and recording.
+        // What was shown before the damage or the wrong line is still worth its picture and recording.
         finish(session, stats);
         if (!interrupted()) throw;
         return 128 + interrupted();

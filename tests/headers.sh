@@ -26,7 +26,7 @@ statement() {
         "(void)filled; $1; }" | compile "${compilers[0]}" c++17 2>/dev/null
 }
 
-# Handles as toolkits have them, numbers of any kind where they can be meant.
+# Handles of the types that toolkits use, and numbers of every type that makes sense.
 while read -r good; do
     statement "$good" || { echo "doesn't compile: $good"; exit 1; }
 done <<'END'

@@ -24,7 +24,7 @@ if [ "$1" = --static ]; then
 fi
 
 step cmake --install "$build" --prefix "$scratch/prefix"
-# What was built must not lean on the place where it was built: from here on the package stands elsewhere.
+# What was built must not depend on the place where it was built: from here on the package is elsewhere.
 mv "$scratch/prefix" "$scratch/moved"
 libraries=$(find "$scratch/moved" -name 'libZETDisplay.*')
 [ "$1" != --static ] || [[ $libraries == *.a ]] || { echo "not static alone: $libraries"; exit 1; }

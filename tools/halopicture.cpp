@@ -1,4 +1,4 @@
-// Draws the halo that stands behind the half sphere, packs it and writes it as a C++ source: halopicture FILE.cpp
+// Draws the halo behind the half sphere, packs it and writes it as a C++ source: halopicture FILE.cpp
 //
 // The picture is a thin arc of blue light on black, like the lit rim of an unseen dark globe: brightest at the right
 // and the lower right, gone at the upper left, where what is left of it lies further inside. Across the arc the light

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian packages that the project needs: tools/packages.sh [ci|bench]
-# With all of them there it takes a few milliseconds and says nothing. `ci` adds the checkers of style, `bench`
-# what ./bench compares with and draws with.
+# If none is missing it takes a few milliseconds and says nothing. `ci` adds the checkers of style, `bench` what ./bench
+# compares with and draws with.
 set -euo pipefail
 
 packages=(

@@ -2,7 +2,7 @@
 # Runs a command on an X display of its own, which goes when the command has ended:
 #   tools/virtualscreen.sh COMMAND [ARGUMENT...]
 # The command takes the place of this script, so input, output, signals and exit status are its own. The server
-# stands in a session of its own: Ctrl-C must reach the command, not take the display from under it (as with xvfb-run).
+# runs in a session of its own: Ctrl-C must reach the command, not end the display under it (as with xvfb-run).
 set -euo pipefail
 
 # shellcheck disable=SC2016

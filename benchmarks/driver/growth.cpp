@@ -9,9 +9,9 @@ namespace bench {
 
 namespace {
 
-constexpr double displaysTarget = 1.05;  // for each of eight, beside one alone
+constexpr double displaysTarget = 1.05;  // for each of eight, compared with one alone
 
-// All workers of the scenes are there at once, so that they can take turns.
+// All workers of the scenes run at once, so that they can take turns.
 std::vector<std::vector<double>> measureScenes(const Run& run, const std::vector<Scene>& scenes, bool withFloors) {
     std::vector<std::unique_ptr<Worker>> owned;
     std::vector<Worker*> workers;

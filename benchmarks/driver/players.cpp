@@ -72,7 +72,7 @@ struct Uses {
     std::vector<double> drawn;  // % of the film's frames
 };
 
-// zetplay leaves out what it has no time for, and tells; the others have been told to draw all.
+// zetplay drops what it has no time for, and says so; the others have been told to draw all.
 std::optional<double> toldDrawn(const Use& use) {
     const std::size_t line = use.output.rfind("{\"");
     if (line == std::string::npos) return {};
@@ -110,7 +110,7 @@ Row beside(const std::string& what, const std::vector<double>& ours, const std::
 
 // What all threads of a process have done so far.
 struct Doings {
-    double switches = 0;  // by themselves: sleeps
+    double switches = 0;  // voluntary ones: sleeps
     double milliseconds = 0;
 };
 
@@ -130,7 +130,7 @@ Doings doingsOf(pid_t pid) {
     return doings;
 }
 
-// Of ten seconds. The player is told by its space bar.
+// In ten seconds. The space bar pauses the player.
 Doings doingsPaused(const Command& command) {
     const Program player(command);
     rest(2s);

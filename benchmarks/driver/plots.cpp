@@ -11,7 +11,7 @@ namespace bench {
 
 namespace {
 
-// For single quotes of gnuplot, in which a quote is told by two.
+// For single quotes of gnuplot, in which a quote is doubled.
 std::string quoted(const std::string& text) {
     std::string words;
     for (const char c : text) words += c == '\'' ? "''" : std::string(1, c);

@@ -21,7 +21,7 @@ void failIfSignalled() {
     if (caught) fail("stopped");
 }
 
-// Of a child that has been told to end, or will.
+// For a child that has been told to end, or ends by itself.
 void waitForEnd(pid_t pid) {
     if (caught) kill(pid, SIGTERM);
     while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {

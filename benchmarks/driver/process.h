@@ -11,15 +11,15 @@
 
 namespace bench {
 
-/// What ends this program, with one line; thrown as far as `main`, so that everything is cleared away on the way.
+/// Ends this program with one line. It is caught in `main`, so that everything is cleaned up on the way.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 [[noreturn]] void fail(const std::string& what);
 
-/// From now on SIGINT and SIGTERM end this program by a `Failure` out of whatever waits here, and a child that has gone
-/// is no reason for SIGPIPE.
+/// From now on SIGINT and SIGTERM make any wait here throw `Failure`, and writing to a child that has ended raises no
+/// SIGPIPE.
 void catchSignals();
 
 /// The signal that has come; 0 for none.
@@ -28,7 +28,7 @@ int signalCaught();
 /// Sleeps.
 void rest(std::chrono::milliseconds time);
 
-/// A child process that answers a line with a line. It fails where the child ends before it should.
+/// A child process that answers a line with a line. Throws `Failure` if the child ends too early.
 class Worker {
 public:
     explicit Worker(const std::vector<std::string>& command);
@@ -66,10 +66,10 @@ struct Use {
     std::string output;      // what it has written, errors too
 };
 
-/// Runs it to its end, which must be a good one: otherwise it fails with what the program has written.
+/// Runs the program to its end. Throws `Failure` with its output unless it succeeds.
 Use runProgram(const std::vector<std::string>& command);
 
-/// The same, with nothing for a bad end.
+/// The same; nothing if the program fails.
 std::optional<Use> tryProgram(const std::vector<std::string>& command);
 
 }  // namespace bench

@@ -6,14 +6,14 @@
 
 namespace bench {
 
-/// Three digits that say something.
+/// With three significant digits.
 std::string number(double value);
 
 double median(std::vector<double> values);
 
 /// One line of the table: a number of ours, maybe beside another's, maybe with what it must not exceed.
 struct Row {
-    std::string table;  // the heading that it stands under
+    std::string table;  // the heading above it
     std::string what;
     double value = 0;
     std::string unit{};
@@ -31,7 +31,7 @@ class Report {
 public:
     /// Keeps the line, and prints it.
     void add(const Row& row);
-    /// Said of the machine; the first line of the table.
+    /// What describes the machine; the first line of the table.
     void setMachine(const std::vector<std::pair<std::string, std::string>>& machine);
 
     const std::vector<Row>& rows() const { return _rows; }

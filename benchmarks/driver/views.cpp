@@ -15,12 +15,12 @@ namespace bench {
 namespace {
 
 constexpr double floorTarget = 1.05;
-// Of the time that the views took when each frame was cut out into a texture of its own first, in this commit.
+// The last commit that cut each frame out into a texture of its own first: the targets are parts of its time.
 const char* const againstCommit = "687d3aa";
 constexpr double againstTargets[zet::renderModes.size()] = {0.50, 0.25, 0.16, 0.28, 0.28, 0.18,
                                                             0.18, 0.29, 0.34, 0.23, 0.24};
 // Floor and module add up the same numbers in another order, so colours may round to another level, and a pixel on the
-// edge of a triangle may fall to its other side. Whatever a floor leaves out, be it a line, is more than that.
+// edge of a triangle may fall to its other side. A floor that leaves out anything, even a line, exceeds the targets.
 constexpr double pictureTarget = 0.1;  // mean over all pixels and colours, of 255 levels
 constexpr int wrongLevels = 8;         // a pixel of which a colour is further off counts as wrong
 constexpr double wrongTarget = 0.02;   // % of the pixels

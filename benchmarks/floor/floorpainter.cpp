@@ -1,5 +1,5 @@
-// A view with the fewest GL calls: what never changes is made once, and a draw sends what the one before it has left
-// different.
+// A view with the fewest GL calls: what never changes is made once, and a draw sends only what differs from the draw
+// before.
 
 #include <EGL/egl.h>
 #include <GLES2/gl2.h>
@@ -160,7 +160,7 @@ private:
         }
     }
 
-    // What an earlier draw has already is taken from there.
+    // Shares what an earlier draw has made.
     void makeStep(const Draw& draw) {
         Step step{};
         for (std::size_t i = 0; i < _steps.size(); ++i) {
@@ -256,7 +256,7 @@ private:
     EGLDisplay _display = nullptr;
     EGLContext _context = nullptr;
     EGLSurface _surface = nullptr;
-    std::size_t _last = none;  // draw whose state stands
+    std::size_t _last = none;  // draw whose state GL has
     long _drawn = 0;
 };
 

@@ -1,5 +1,5 @@
-// The eleven views by hand. What a pose at rest makes constant is a constant here; what is linear on a triangle stands
-// in its vertices.
+// The eleven views by hand. What is constant in a pose at rest is a constant here; what is linear on a triangle is
+// computed at its vertices.
 //
 // A fragment stage reads `at`, the vertex's two numbers, and calls `picture(place)`, texture coordinates, or
 // `lens(place)`, -1 to 1 in the square of the lens circle.
@@ -19,7 +19,7 @@ const char* const wholePicture = "void main() { gl_FragColor = picture(at); }";
 
 const char* const wholeLens = "void main() { gl_FragColor = lens(at); }";
 
-// From the angles to the lens: even is its radius at `at.t`, evenly falling.
+// From the angle to the lens: the radius falls evenly with `at.t`.
 #define EVEN "0.998 * (1.0 - at.t / 1.570795)"
 #define UP "vec2(sin(at.s), -cos(at.s))"
 #define DOWN "vec2(-sin(at.s), cos(at.s))"
@@ -49,7 +49,7 @@ void main() {
     at = numbers;
 })";
 
-// Inside the other pane's clip space, whose points behind the camera count as turned to its front.
+// Inside the other pane's clip space; points behind its camera are mirrored to the front.
 const char* const litUp =
     "varying vec4 lit;\n"
     "void main() {\n"
@@ -112,7 +112,7 @@ float aspect(Size window) {
     return static_cast<float>(window.width) / static_cast<float>(window.height);
 }
 
-// The two panes of a view with a lit map: how it sees them is all in which they differ.
+// The two panes of a view with a lit map. Such views differ only in the matrices.
 View mapAndDetail(Size window, const Mat4& detail, const Mat4& map) {
     const bool flat = window.width / 2 > window.height;
     const int margin = flat ? window.height / 75 : window.width / 150;

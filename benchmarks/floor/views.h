@@ -18,14 +18,14 @@ struct Rect {
 /// One draw of a view at rest, in the order in which they are made.
 struct Draw {
     Rect viewport;         // GL pixels of the window
-    Mesh (*mesh)();        // where two draws have the same one, so do they share it
+    Mesh (*mesh)();        // draws with the same function share the mesh
     const char* vertex;    // GLSL; null for the plain one
     const char* fragment;  // GLSL, its `main`: see views.cpp
     Mat4 matrix;           // of the vertices
     Mat4 light{};          // the map's: the matrix of the pane whose part is lit up
 };
 
-/// How a view at rest is drawn, by somebody who knows it by heart.
+/// How a view at rest is drawn, with all its numbers known beforehand.
 struct View {
     std::vector<Draw> draws;
     bool depth = false;   // the near side hides the far one

@@ -1,4 +1,4 @@
-// Stands in for the C library's malloc, also for operator new and for all libraries of the process.
+// Replaces the C library's malloc, also for operator new and for all libraries of the process.
 
 #include "worker/allocations.h"
 
@@ -24,8 +24,8 @@ std::atomic<long> own = 0;
 std::atomic<long> driver = 0;
 thread_local bool inside = false;  // the count's own calls allocate too
 
-// Who stands behind an allocation: the first on the stack that is neither the C nor the C++ library, whose containers
-// allocate for others. Of this program's own frames the first two are the count and its malloc.
+// Who has asked for an allocation: the first on the stack that is neither the C nor the C++ library, whose containers
+// allocate for others. The first two frames, the count and its malloc, are this program's own.
 bool isOwn(void* const* frames, int count) {
     Dl_info here{};
     dladdr(reinterpret_cast<void*>(&isOwn), &here);

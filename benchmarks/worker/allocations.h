@@ -7,8 +7,7 @@ struct Allocations {
     long driver = 0;  // by the libraries below: EGL, GLES, X
 };
 
-/// From now on each allocation of the heap, by whatever thread, is counted by who has asked for it; or none any more.
-/// Slow while it is on.
+/// On: each allocation of the heap, by any thread, is counted for who has asked for it. Slow. Off: none is counted.
 void countAllocations(bool on);
 /// Counted so far. Any thread.
 Allocations allocations();

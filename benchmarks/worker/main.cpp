@@ -1,5 +1,5 @@
-// A worker: draws pictures of one scene, and tells what that has cost. It stands idle until a line on standard input
-// asks for something, so that several workers can be measured in turn.
+// A worker: draws pictures of one scene, and tells what that has cost. It is idle until a line on standard input asks
+// for something, so that several workers can be measured in turn.
 //
 // usage: WORKER VIEW FRAMEWIDTH FRAMEHEIGHT WINDOWWIDTH WINDOWHEIGHT [DISPLAYS [FACES]]
 //
@@ -28,10 +28,10 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto framePeriod = std::chrono::nanoseconds(1s) / 30;
-// Without a draw for so long, and for so many times as long as each has taken, nothing more is coming.
+// After so long without a draw, and so many times as long as each took, no more draws will come.
 constexpr std::chrono::nanoseconds quiet = 120ms;
 constexpr int quietDraws = 4;
-constexpr auto patience = 20s;  // with the first draw
+constexpr auto patience = 20s;  // for the first draw
 constexpr int warmUp = 6;
 
 double cpuSeconds() {
@@ -52,7 +52,7 @@ std::vector<std::unique_ptr<bench::XWindow>> openWindows(const bench::Scene& sce
 class Worker {
 public:
     explicit Worker(const bench::Scene& scene) : _windows(openWindows(scene)) {
-        // Three, since a decoder's pictures are not in the cache of the one that draws them either.
+        // Three: pictures fresh from a decoder are not in the drawing thread's cache either.
         for (int i = 0; i < 3; ++i) _pictures.emplace_back(scene.frame, i);
         _painter = bench::makePainter(scene, _windows);
         play(warmUp);
@@ -93,7 +93,7 @@ private:
         auto next = start;
         for (int i = 0; i < count; ++i) {
             std::this_thread::sleep_until(next);
-            next = std::max(next + framePeriod, Clock::now());  // one that comes late is no reason to hurry the rest
+            next = std::max(next + framePeriod, Clock::now());  // after a late one the rest keep their distance
             _painter->show(_pictures[_next++ % _pictures.size()]);
         }
         const long each = (_painter->drawn() - before) / static_cast<long>(_windows.size());

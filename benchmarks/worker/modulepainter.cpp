@@ -80,7 +80,7 @@ private:
         config.setConfig(zet::DCFG_FACE_OPTION, zet::FACE_BOX | zet::FACE_GENDER | zet::FACE_AGE | zet::FACE_NAME);
         config.setConfig(zet::DCFG_WINDOW_INSTANCE, window.handle());
         config.setConfig(zet::DCFG_RENDER_MODE, view);
-        // To the view that stands, the backdrop first: the half sphere is at rest from its first draw on.
+        // After the view is made, and the backdrop first: then the half sphere is at rest from its first draw on.
         const zet::SceneBackdrop nothing{0, 0};
         config.setConfig(zet::DCFG_SCENE_BACKDROP, &nothing);
         config.setConfig(zet::DCFG_OPENING_FLIGHT, 0);

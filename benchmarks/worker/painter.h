@@ -21,15 +21,15 @@ struct Scene {
 class Painter {
 public:
     virtual ~Painter() = default;
-    /// Brings the picture to all windows. It may be on the screen later than this returns.
+    /// Draws the picture in all windows. It may reach the screen only after this returns.
     virtual void show(const Picture& picture) = 0;
-    /// Draws on the screen so far, over all windows.
+    /// How many draws have reached the screen so far, in all windows.
     virtual long drawn() const = 0;
-    /// The graphics driver, where this one asks it.
+    /// The graphics driver; empty where the painter doesn't ask for it.
     virtual std::string about() const { return {}; }
 };
 
-/// The one that this worker has. It draws into one window a display of the scene.
+/// Makes this worker's painter. It draws into one window for each display of the scene.
 std::unique_ptr<Painter> makePainter(const Scene& scene, const std::vector<std::unique_ptr<XWindow>>& windows);
 
 }  // namespace bench

@@ -23,9 +23,9 @@ public:
     std::uintptr_t handle() const { return _window; }
     Size size() const { return _size; }
 
-    /// Puts it before all others. What it shows then is only sure again after the next draw.
+    /// Raises it above all others. Its pixels are undefined until the next draw.
     void raise();
-    /// What the server holds for it: R, G and B of each pixel, top row first. No other window may stand before it.
+    /// What the server holds for it: R, G and B of each pixel, top row first. No other window may cover it.
     std::vector<std::uint8_t> pixels() const;
 
 private:

@@ -1,5 +1,5 @@
-# Takes out of a finished package the scripts that CPack writes for every library: they call ldconfig, which is dpkg's to
-# call, by the trigger. CPack runs this with its own variables when the packages stand.
+# Removes from a finished package the scripts that CPack writes for every library: they call ldconfig, which dpkg's
+# trigger does. CPack runs this with its own variables when the packages are made.
 foreach(package ${CPACK_PACKAGE_FILES})
   if(NOT package MATCHES "/${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME}_")
     continue()

@@ -15,9 +15,9 @@ public:
     CLogCollection& operator=(const CLogCollection& other);  ///< copies all three
     ~CLogCollection();
 
-    std::uint32_t words[31] = {};  ///< its words in front of the text; nothing here reads them
+    std::uint32_t words[31] = {};  ///< in front of the text; nothing here reads them
     std::string text;              ///< its text
-    std::uint32_t tail[2] = {};    ///< its words behind the text
+    std::uint32_t tail[2] = {};    ///< behind the text
 };
 
 }  // namespace zet

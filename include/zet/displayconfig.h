@@ -27,19 +27,20 @@ struct SizeHelp {
 /// The player creates it, gives it to `CreateZETDisplay` and sets identifiers on it; it must outlive everything that
 /// observes it. All operations may be called on any thread. A set runs the observers on the calling thread and
 /// returns when the last has returned. Sets of one identifier wait for each other, sets of different ones do not. A
-/// registration is called by one thread at a time, and never with an older value after a newer one. Only a replay that
-/// sets or reads its own identifier lets others in meanwhile.
+/// registration is called by one thread at a time, and never with an older value after a newer one. The exception is a
+/// replay that sets or reads its own identifier: it lets others in meanwhile.
 ///
-/// What an observer throws reaches the setter: the value is set, the observers behind are not called. In a replay it
-/// reaches the caller of `registObserver`, and the registration has ended. Observers of what the module sets are called
-/// on its render thread and must not throw.
+/// What an observer throws reaches the setter: the value is set, later observers are not called. In a replay it reaches
+/// the caller of `registObserver`, and the registration has ended. Observers of what the module sets are called on its
+/// render thread and must not throw.
 ///
-/// Code that runs on a display's render thread, such as an observer of what the module sets, neither sets nor reads
-/// anything on the bus: another thread may be inside that identifier's set and wait there for the render thread, and
-/// then both wait for ever. To register observers and to end registrations is safe there too.
+/// Code that runs on a display's render thread, such as an observer of what the module sets, must not set or read
+/// anything on the bus. Another thread may be inside that identifier's set and wait there for the render thread: then
+/// both wait for ever. Registering observers and ending registrations is safe there too.
 class ZET_API DisplayConfig {
 public:
-    /// An observer: the bus and the delivery, which is only good during the call. Its result is ignored.
+    /// An observer. Its arguments are the bus and the delivery, which is valid only during the call. Its result is
+    /// ignored.
     using Callback = std::function<int(DisplayConfig&, DisplayConfigUserData&)>;
 
     DisplayConfig();
@@ -49,7 +50,7 @@ public:
 
     /// Sets `id` to a value of its kind (see `ConfigId`). What the identifier doesn't take doesn't compile.
     ///
-    /// - A number identifier takes any number, and converts it. One that counts takes no floating-point number.
+    /// - A number identifier takes any number, and converts it. An integer one takes no floating-point number.
     /// - A handle identifier takes a pointer, null, or a handle that is a number, of any width.
     /// - An identifier without a value takes null.
     /// - A setting takes the address of its record, and copies it during the call.
@@ -88,14 +89,14 @@ public:
     }
 
     /// @{
-    /// The same for an identifier that is known only at run time: the value decides the form, and nothing checks that
-    /// it is the identifier's. 0, or -1 for an identifier outside the table or an empty block.
+    /// The same for an identifier that is known only at run time. The value's type decides the form; nothing checks
+    /// that the form is the identifier's. 0, or -1 for an unknown identifier or an empty block.
     int setConfig(std::int64_t id, std::int32_t value);       ///< by value
     int setConfig(std::int64_t id, std::uint32_t value);      ///< by value
     int setConfig(std::int64_t id, float value);              ///< by value
     int setConfig(std::int64_t id, double value);             ///< by value, narrowed to float
     int setConfig(std::int64_t id, std::nullptr_t);           ///< by value: none
-    int setConfig(std::int64_t id, const void* value);        ///< by value: an address that stays the setter's
+    int setConfig(std::int64_t id, const void* value);        ///< by value: the address of what the setter owns
     int setConfig(std::int64_t id, std::uintptr_t handle);    ///< by value: a native handle that is a number
     int setConfig(std::int64_t id, const SizeHelp& value);    ///< copies `value.size` bytes into a block of the bus
     int setConfig(std::int64_t id, const char* text);         ///< copies a string with its NUL
@@ -109,20 +110,20 @@ public:
     }
     /// @}
 
-    /// Asks the observers of `id`, on the calling thread, for its value as it stands now. 0 if one has answered,
-    /// otherwise -1 with `value` untouched. `DCFG_SCALE` answers while the flat view is in force.
+    /// Asks the observers of `id`, on the calling thread, for the value in force. 0 if one has answered, otherwise -1
+    /// with `value` untouched. `DCFG_SCALE` answers while the flat view is in force.
     int readConfig(std::int64_t id, float& value);
 
-    /// Adds an observer behind those that are there and returns its handle; null for an identifier outside the table
-    /// or an empty callback. `flag` holds the `DisplayConfigFlag` bits to be called for, `userData` is handed through.
+    /// Adds an observer, to be called after the others, and returns its handle; null for an unknown identifier or an
+    /// empty callback. `flag` holds the `DisplayConfigFlag` bits to be called for, `userData` is handed through.
     ///
     /// With `DCFG_FLAG_REPLAY` in `flag` the stored value, if there is one, is delivered before the call returns, on
-    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set that another thread is in. A
-    /// set on another thread that comes to this observer waits until the replay has returned, so an observer that is
-    /// replayed must not wait for a setter of `id`.
+    /// the calling thread, with the event word `DCFG_FLAG_REPLAY`. Never waits for a set on another thread. Such a set
+    /// waits before this observer until the replay has returned. So an observer must not wait for a setter of `id`
+    /// during its replay.
     void* registObserver(std::int64_t id, const Callback& callback, void* userData, unsigned flag);
-    /// Ends a registration and clears `handle`: 0, or -1 for a handle that is not in force. Once it has returned no
-    /// call begins; a call that another thread has begun may still be finishing. Never waits for such a call.
+    /// Ends a registration and clears `handle`: 0, or -1 for a handle without a registration. Once it has returned no
+    /// call begins; a call that another thread has begun may still be running. Never waits for such a call.
     int unRegistObserver(void*& handle);
 
     /// @{
@@ -177,7 +178,7 @@ public:
     std::int64_t getConfigId() const;                            ///< the identifier that is delivered
     /// The value: a word by value, or the address of a record.
     void* getData() const;
-    /// The value before this one; null in a replay. The address of a record that stays the setter's may be stale.
+    /// The value before this one; null in a replay. May be the stale address of a record that the setter owns.
     void* lastData() const;
     /// Event word of the delivery, `DisplayConfigFlag` bits.
     int getState() const;
@@ -194,7 +195,7 @@ public:
     }
     std::int32_t getInt() const;  ///< the word by value as int
     float getFloat() const;       ///< the word by value as the bits of a float
-    /// Writes the value that is really in force back into the slot and marks it as answered.
+    /// Writes the value in force back into the slot and marks it as answered.
     void answer(float value);
 
 private:

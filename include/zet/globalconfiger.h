@@ -24,7 +24,7 @@ enum DisplayError : int {
     DISPLAY_ERROR_EGL = 0x101,      ///< a call of EGL has failed: its name and error, as "eglInitialize: EGL_BAD_ALLOC"
     DISPLAY_ERROR_SIZE = 0x105,     ///< an `OffscreenSize` of 0 or less, or beyond what the GL draws
     DISPLAY_ERROR_WINDOW = 0x102,   ///< the handle names no window
-    DISPLAY_ERROR_SERVER = 0x103,   ///< the display server is gone: set a window anew when there is one again
+    DISPLAY_ERROR_SERVER = 0x103,   ///< the display server is gone: set a window again when it is back
     DISPLAY_ERROR_STUCK = 0x104,    ///< the driver doesn't return from a call to a dead server: make a new display
 };
 
@@ -39,8 +39,8 @@ public:
 /// longer than its displays. Any thread.
 class ZET_API GlobalConfiger {
 public:
-    /// A `DisplayError`, the error's name, source file and line: a failure that leaves the player without a picture. On
-    /// the render thread, but for `DISPLAY_ERROR_STUCK`: that comes on the thread that no longer waits for it.
+    /// Tells of a failure that leaves the player without a picture: a `DisplayError`, the error's name, source file and
+    /// line. On the render thread; `DISPLAY_ERROR_STUCK` on the thread that has given up waiting for it.
     using ErrorCallback = std::function<void(int code, const std::string& error, const std::string& file, int line)>;
 
     GlobalConfiger();
@@ -57,9 +57,9 @@ public:
     void setStartTime4WaterMarker(std::int64_t milliseconds);
     /// See `MVConfigerBaseData::rectZoom`.
     void setRectZoom(bool on);
-    /// Who hears of an error; an empty one for nobody. Set it before the display is made: EGL comes up at once.
+    /// Who hears of an error; an empty one for nobody. Set it before the display is made: EGL starts at once.
     void setErrorCallback(const ErrorCallback& callback);
-    /// Kept for the player; the display module doesn't ask for it.
+    /// Kept for the player; the display module never reads it.
     void setPlayer(IZETMediaPlayer* player);
 
     // What the module asks.

@@ -53,8 +53,8 @@ struct YUV420PData {
     const void* aiItems = nullptr;    ///< `FaceItem` or `RectItem`, by `aiKind`
     const int* aiKind = nullptr;      ///< an `AiKind`; read only if `aiCount` is not 0
     /// Four numbers: centre x, y and radius x, y of the lens circle, in 1/10000 of `width` (x) or `height` (y). Null:
-    /// the largest square at the picture's top left corner is taken. See `ShownPart` for what a view makes of it: one
-    /// takes the rectangle, without it the whole picture; the flat view doesn't look at it.
+    /// the largest square at the picture's top left corner is taken. `ShownPart` tells which part a view shows. The
+    /// view of the rectangle takes the whole picture for null; the flat view ignores the region.
     const int* lensRegion = nullptr;
 };
 
@@ -75,8 +75,8 @@ struct FrameColor {
     std::int32_t fullRange = 0;  ///< 0 limited (Y 16 to 235, U and V 16 to 240), anything else full (0 to 255)
 };
 
-/// Value of `DCFG_SNAP`: in what is asked for and where it goes, out how large it became. Where the picture can't be
-/// had or doesn't fit, nothing is written: `width` and `height` stay as they were.
+/// Value of `DCFG_SNAP`. In: what is asked for, and where to write it. Out: its size. If there is no such picture or it
+/// doesn't fit, nothing is written: `width` and `height` stay as they were.
 struct SnapData {
     int sourceFrame = 0;             ///< in: 0 what the window shows, anything else the frame itself
     std::uint8_t* buffer = nullptr;  ///< in: RGBA, `width * height * 4` bytes, rows without padding
@@ -132,14 +132,15 @@ struct LensParam {
     double fy = 1;            ///< focal length down
     double ox = 0.5;          ///< optical centre across
     double oy = 0.5;          ///< optical centre down
-    double bottomMargin = 0;  ///< the part that is shown ends at 1 plus this; below 0 cuts, above 0 widens
-    double leftMargin = 0;    ///< it begins at this; above 0 cuts, below 0 widens
+    double bottomMargin = 0;  ///< the shown part ends at 1 plus this; below 0 cuts, above 0 widens
+    double leftMargin = 0;    ///< the shown part begins at this; above 0 cuts, below 0 widens
     double topMargin = 0;     ///< as `leftMargin`
     double rightMargin = 0;   ///< as `bottomMargin`
 };
 static_assert(sizeof(LensParam) == 104);
 
-/// Head of the value of `DCFG_OVERLAY_IMAGE`, the path follows: shares of the picture, origin at its top left corner.
+/// First part of the value of `DCFG_OVERLAY_IMAGE`, before the path. Shares of the picture, origin at its top left
+/// corner.
 struct OverlayRect {
     float x = 0;       ///< left edge
     float y = 0;       ///< top edge
@@ -156,7 +157,7 @@ struct OffscreenSize {
     std::int32_t height = 0;  ///< as `width`
 };
 
-/// Whether `Record` is a setting: the bus keeps a copy, so that a view that is made later still finds it.
+/// Whether `Record` is a setting. The bus keeps a copy of a setting for views that are made later.
 template <typename Record>
 inline constexpr bool isSetting = false;
 template <typename Record>

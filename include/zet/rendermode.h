@@ -20,7 +20,7 @@ enum RenderMode : int {
     RENDER_MODE_WALL_180 = 10,    ///< one look at the frame, flat from far and bent when near
 };
 
-/// Where the lens hangs for which a view is made.
+/// Where the lens must hang for a view to make sense.
 enum class LensMounting {
     any,      ///< anywhere
     ceiling,  ///< on the ceiling, looking down
@@ -42,7 +42,7 @@ struct RenderModeInfo {
     ShownPart part;         ///< of the frame
 };
 
-/// Every view, in the place of its number.
+/// Every view, at the index of its number.
 inline constexpr std::array<RenderModeInfo, 11> renderModes{{
     {RENDER_MODE_FLAT, "flat", LensMounting::any, ShownPart::frame},
     {RENDER_MODE_HALF_SPHERE, "half-sphere", LensMounting::ceiling, ShownPart::lensSquare},

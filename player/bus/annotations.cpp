@@ -8,7 +8,7 @@ namespace zetplay {
 
 namespace {
 
-/// `count` integers; nothing if a piece is none or their number differs.
+/// `count` integers; nothing if a piece isn't an integer or their number differs.
 template <std::size_t count>
 std::optional<std::array<int, count>> parseIntegers(const std::vector<std::string>& pieces) {
     if (pieces.size() < count) return std::nullopt;

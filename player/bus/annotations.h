@@ -12,7 +12,7 @@ namespace zetplay {
 /// Centre x, y and radius x, y of the lens circle in 1/10000 of the picture's width or height.
 using LensRegion = std::array<int, 4>;
 
-/// What travels with a frame beside its pixels. The module takes faces or rectangles, never both.
+/// What a frame carries beside its pixels. The module takes faces or rectangles, never both.
 struct Annotations {
     std::optional<LensRegion> lens;
     std::vector<zet::FaceItem> faces;

@@ -19,7 +19,7 @@ constexpr Matrix matrices[] = {
     {zet::COLOR_MATRIX_SMPTE240M, 0.212f, 0.087f}, {zet::COLOR_MATRIX_BT2020, 0.2627f, 0.0593f},
 };
 
-/// Samples of 0 to 255 to colours of 0 to 255.
+/// From samples to colours, both 0 to 255.
 struct Conversion {
     float black;  // of luma
     float grey;   // of chroma

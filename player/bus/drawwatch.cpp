@@ -8,9 +8,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// 30, and the one that was under way when the request came.
+// 30, and one that may have begun before the request.
 constexpr int drawsOfRequest = 31;
-// The module reckons in whole milliseconds.
+// A millisecond more, since the module counts whole ones.
 constexpr auto paceAndABit = DrawWatch::pace + 1ms;
 
 }  // namespace
@@ -70,7 +70,7 @@ void DrawWatch::dueDrawn() {
 }
 
 void DrawWatch::waitOwed() {
-    // Draws without a picture give no notice: where none comes, the time tells.
+    // Draws without a picture give no notice: wait only as long as they take.
     std::unique_lock lock(_mutex);
     const std::uint32_t start = _draws;
     for (std::uint32_t seen = start; seen - start < drawsOfRequest; seen = _draws)

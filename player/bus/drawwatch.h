@@ -17,13 +17,13 @@ class DrawWatch {
 public:
     using Duration = std::chrono::steady_clock::duration;
 
-    /// From one draw of the module to the next, at least.
+    /// Least time from one draw of the module to the next.
     static constexpr std::chrono::milliseconds pace{17};
 
     // What the bus tells. Any thread.
 
-    // The module counts a request between these two: a redraw is owed from the first call on, and all its draws are
-    // still to come at the second.
+    // The module counts a request between these two calls. From the first on a redraw is owed; at the second all its
+    // draws are still owed.
     void requestBegins();
     void requestEnds();
     void drawn();
@@ -32,13 +32,13 @@ public:
 
     void frameBegins();
     void frameEnds();
-    /// Waits for the draw of the frame set last. True if it has been drawn. False if there has been no notice for
-    /// `most`; or if there has been a doubtful one, and the time for the next draw has come without another notice.
+    /// Waits for the draw of the frame set last. True if it has been drawn. False if there was no notice for `most`, or
+    /// a doubtful one and then none at the time of the next draw.
     bool waitFrame(Duration most);
-    /// To be called after `waitFrame` has returned false and the module has then made the draw that was due, if any.
+    /// Call it when `waitFrame` has returned false and the module has then made the draw that was due, if any.
     void dueDrawn();
 
-    /// Returns when all draws have been made that were owed at the call. Any thread.
+    /// Returns when all draws that were owed at the call have been made. Any thread.
     void waitOwed();
     /// Frames that have reached the screen. Any thread.
     std::int64_t framesDrawn() const;
@@ -57,13 +57,13 @@ private:
     std::uint32_t _requests = 0;
     std::int64_t _framesDrawn = 0;
 
-    // Of the frame set last.
+    // The frame set last.
     bool _pending = false;
     bool _setting = false;
     bool _alone = false;  // no redraw was owed in its set
     std::uint32_t _drawsBefore = 0;
 
-    // When the wait for it ended.
+    // Counts at the end of the wait for it.
     std::uint32_t _drawsUntilDue = 0;
     std::uint32_t _requestsUntilDue = 0;
 };

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// For a draw that comes for certain unless the window is gone.
+// For a draw that is sure to come unless the window is gone.
 constexpr std::chrono::milliseconds patience = 1s;
 
 }  // namespace
@@ -102,8 +102,8 @@ void Driver::setColor(zet::FrameColor color) {
 
 void Driver::waitDrawn() {
     if (_draws.waitFrame(_hasWindow ? patience : DrawWatch::pace)) return;
-    // A pace after the last draw the next is due at once. The refused snapshot is a task that changes nothing; its set
-    // comes back only when the render thread waits again, and it does not wait before it has drawn what is due.
+    // A pace after the last draw the next is due at once. The refused snapshot is a task that changes nothing. Its set
+    // returns only when the render thread waits again, and that first draws what is due.
     zet::SnapData refused;
     _bus.setConfig(zet::DCFG_SNAP, &refused);
     _draws.dueDrawn();

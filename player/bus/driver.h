@@ -54,13 +54,13 @@ public:
     /// returns, what was to be done before is not done any more.
     void onDrawn(std::function<void()> act);
 
-    /// Sets a frame on the bus, and its colours first where they are others than the last frame's. Keeps its planes.
+    /// Sets a frame on the bus, after its colours if they differ from the last frame's. Keeps its planes alive.
     void setFrame(const Picture& picture, const Annotations& annotations);
     /// Returns when the module has drawn what was set last, or when it can't draw.
     void waitDrawn();
-    /// Frames of those set that have reached the screen. Any thread.
+    /// How many of the frames set have reached the screen. Any thread.
     std::int64_t framesDrawn() const { return _draws.framesDrawn(); }
-    /// Returns when every draw that was owed has been made. A view that asks for more and more is left with that.
+    /// Returns when every draw owed at the call has been made. A view that asks for more draws may still be drawing.
     void settle();
     void requestRedraw();
 
@@ -108,7 +108,7 @@ private:
     std::atomic<bool> _hasWindow = false;
     std::atomic<bool> _hasContext = false;
     zet::DisplayConfigKit _observers;
-    std::shared_ptr<zet::DisplayConfigKit> _display;  // goes first: its thread calls the observers
+    std::shared_ptr<zet::DisplayConfigKit> _display;  // destroyed first: its thread calls the observers
 };
 
 }  // namespace zetplay

@@ -12,13 +12,14 @@
 
 namespace zetplay {
 
-/// Brings the pictures of a source onto the bus, on one timeline that goes on when the source starts over. One thread
-/// at a time; the counts and `loop` on any.
+/// Sets the pictures of a source on the bus, on one timeline that goes on when the source starts over. One thread at a
+/// time; the counts and `loop` on any.
 class Feed {
 public:
     Feed(Source& source, Driver& driver) : _source(source), _driver(driver) {}
 
-    /// Makes the next picture wait, if none does; false at the end of the input. Throws `Failure` where it is damaged.
+    /// Reads the next picture unless one is waiting to be shown; false at the end of the input. Throws `Failure` where
+    /// the input is damaged.
     bool fetch();
     bool waiting() const { return _waiting; }
     /// When the waiting picture is due, seconds.
@@ -27,25 +28,25 @@ public:
     double period() const;
     /// Sets the waiting picture on the bus.
     void show();
-    /// Gives the waiting picture up.
+    /// Discards the waiting picture.
     void drop();
-    /// Puts the next picture in the place of the waiting one. False if there is none: then that one waits on, and where
-    /// the input is damaged the next `fetch` throws.
+    /// Replaces the waiting picture with the next one. False if there is none: then the old one stays waiting. Where
+    /// the input is damaged, the next `fetch` throws.
     bool skip();
     /// Sets the last picture again.
     void showAgain();
 
     /// Start over at the end.
     std::atomic<bool> loop = false;
-    /// A still picture is one frame, or one that comes as often as it is asked for.
+    /// Whether a still picture comes again with each `fetch`, or is one frame.
     bool repeatStill = false;
 
-    /// What goes with each frame, as long as nothing else is set below.
+    /// What each frame carries, unless something is set below.
     void setMetadata(Metadata metadata) { _metadata = std::move(metadata); }
 
-    // What goes with the frames that follow, whatever the metadata say.
+    // What the next frames carry, in place of the metadata's.
 
-    /// Nothing for those that the source tells.
+    /// Nothing for the source's own.
     void setColor(const std::optional<zet::FrameColor>& color) { _color = color; }
     void setLens(const std::optional<LensRegion>& lens);
     /// A frame carries faces or rectangles, so each takes the other's place.
@@ -67,7 +68,7 @@ private:
     Picture _last;     // set last
     std::optional<zet::FrameColor> _color;
     Metadata _metadata;
-    Annotations _own;  // in the metadata's place, where these say so
+    Annotations _own;  // in place of the metadata's, where the flags say so
     bool _ownLens = false;
     bool _ownItems = false;
     bool _waiting = false;

@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 
-/// A value and where it stands: "frames.12.faces[0].age".
+/// A value and its path in the file: "frames.12.faces[0].age".
 struct Place {
     const json& value;
     std::string path;

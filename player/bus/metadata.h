@@ -21,7 +21,7 @@ public:
     /// Throws `Failure` that names the file and the place in it.
     explicit Metadata(const std::string& path);
 
-    /// What goes with a frame; one without an entry takes the default.
+    /// What a frame carries; one without an entry takes the default.
     const Annotations& of(std::int64_t frame) const;
 
 private:

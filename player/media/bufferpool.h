@@ -8,10 +8,10 @@ struct AVBufferRef;
 
 namespace zetplay {
 
-/// Memory that is used again when its last owner, on any thread, has given it back.
+/// Memory that is reused after its last owner, on any thread, has released it.
 class BufferPool {
 public:
-    /// Memory of `size` bytes, uninitialised, which the caller owns. What is there in another size is given up.
+    /// Memory of `size` bytes, uninitialised, which the caller owns. Frees what the pool holds of another size.
     AVBufferRef* get(std::size_t size);
 
 private:

@@ -31,7 +31,7 @@ void FrameConverter::convert(AVFrame& frame, Picture& picture) {
     av_frame_unref(&frame);
 }
 
-/// The decoder's own planes, if they have no padding: the flat view would show it.
+/// Hands on the decoder's own planes if they have no padding, which the flat view would show.
 bool FrameConverter::handOn(AVFrame& frame, const Form& form, Picture& picture) const {
     const bool tight = form.width % 4 == 0 && frame.linesize[0] == form.width && frame.linesize[1] == form.width / 2 &&
                        frame.linesize[2] == form.width / 2;
@@ -80,8 +80,7 @@ void FrameConverter::prepare(const Form& form) {
         throw Failure("libswscale refuses the conversion of pictures of " + std::to_string(form.width) + "x" +
                       std::to_string(form.height));
     }
-    // libswscale writes past the width up to its own alignment, so that it gets a frame of FFmpeg's and not the
-    // picture.
+    // libswscale writes past the width up to its own alignment: give it a frame of FFmpeg's, not the picture.
     _converted.reset(av_frame_alloc());
     if (!_converted) throw std::bad_alloc();
     _converted->format = AV_PIX_FMT_YUV420P;

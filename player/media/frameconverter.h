@@ -9,16 +9,15 @@
 namespace zetplay {
 
 /// Turns decoded frames of any format into pictures as the module takes them. Planes of 8-bit 4:2:0 are handed on as
-/// they are; lines with padding and turned pictures are copied, and everything else goes through libswscale once, which
-/// leaves the coding of colours alone, except for RGB. An odd width or height loses its last column or row.
+/// they are; lines with padding and turned pictures are copied. Everything else goes through libswscale once, which
+/// changes the coding of colours only for RGB. An odd width or height loses its last column or row.
 class FrameConverter {
 public:
     /// `quarterTurns`: turns of 90 degrees clockwise that show the picture upright, 0 to 3.
     explicit FrameConverter(int quarterTurns) : _quarterTurns(quarterTurns) {}
 
-    /// Takes what `frame` holds and leaves it empty. Writes size, planes and colours of `picture` and nothing else of
-    /// it. Throws `Failure` (without the name of the input) for a frame under 2x2 pixels or of a format that libswscale
-    /// can't read.
+    /// Takes what `frame` holds and leaves it empty. Writes only size, planes and colours of `picture`. Throws
+    /// `Failure` (without the name of the input) for a frame under 2x2 pixels or a format that libswscale can't read.
     void convert(AVFrame& frame, Picture& picture);
 
 private:

@@ -23,11 +23,11 @@ struct Image {
 };
 
 enum class PixelOrder {
-    words,  ///< words of 32 bits that hold 0xRRGGBB; the top byte is undefined
+    words,  ///< words of 32 bits, 0x??RRGGBB with the top byte undefined
     rgba,   ///< four bytes; alpha means nothing
 };
 
-/// Upright picture in memory of somebody else's.
+/// Upright picture in memory that it doesn't own.
 struct Pixels {
     const std::uint8_t* first;  ///< of the top row
     int lineSize;               ///< bytes to the row below; negative where rows go upward in memory
@@ -38,7 +38,7 @@ struct Pixels {
 
 Image imageFromPixels(const Pixels& pixels);
 
-/// From RGBA without padding, whose first row is the top one or, as OpenGL reads it, the bottom one. Alpha is dropped.
+/// From RGBA without padding. The first row is the top one or, as OpenGL reads it, the bottom one. Alpha is dropped.
 Image imageFromRgba(const std::vector<std::uint8_t>& rgba, int width, int height, bool topRowFirst);
 
 }  // namespace zetplay

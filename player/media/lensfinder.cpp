@@ -9,7 +9,7 @@ namespace zetplay {
 
 namespace {
 
-// Large enough for a thousandth of the radius, small enough to be quick and to average noise away.
+// Precise to a thousandth of the radius, yet quick, and with noise averaged away.
 constexpr int enoughPixels = 480;
 
 // Luma of 0 to 255.
@@ -17,11 +17,11 @@ constexpr float brightestSurround = 64;
 constexpr float leastContrast = 12;
 
 constexpr int directions = 720;
-// What a circle needs: directions in which its rim divides light from dark; among those in which light begins close to
-// the rim this share that does so on it; and many times those in which there is light beyond it. The sides of a square
-// touch a circle over less than 60 degrees, and leave it over more than that.
+// Directions in which the rim must divide light from dark. The sides of a square do so over less than 60 degrees.
 constexpr int leastSupport = directions / 6;
+// Least share of these among the directions in which light begins close to the rim.
 constexpr double leastShare = 0.5;
+// How many times as many these must be as the directions with light beyond the rim: a square's corners reach beyond it.
 constexpr int supportOverLight = 3;
 
 struct Point {
@@ -74,9 +74,8 @@ void smooth(Field& field) {
     for (int x = 0; x < field.width; ++x) smoothLine(light + x, field.width, field.height);
 }
 
-/// The brightest that still counts as surround; nothing if the picture's edges are not dark anywhere. At least a
-/// quarter of them is taken to be surround: then the two quantiles lie within its noise, and about one standard
-/// deviation apart.
+/// The brightest luma that still counts as surround; nothing if the picture's edges are dark nowhere. Assumes that at
+/// least a quarter of them is surround. Then both quantiles lie within its noise, about a standard deviation apart.
 std::optional<float> darkest(const Field& field) {
     std::vector<float> edge;
     for (int x = 0; x < field.width; ++x)
@@ -137,7 +136,7 @@ bool plausible(const Field& field, const LensCircle& circle) {
 }
 
 /// Random sample consensus (Fischler and Bolles 1981): of circles through three of the points, the one that most of
-/// them lie on. Points inside are a dark room's; points outside can't be, so each of them counts against the circle.
+/// them lie on. A dark room may put points inside it. Nothing puts points outside: each of them counts against it.
 std::optional<LensCircle> consensus(const Field& field, const std::vector<Point>& points) {
     if (points.size() < 3) return std::nullopt;
     constexpr int rounds = 1000;
@@ -167,7 +166,7 @@ struct Rim {
     int light = 0;              ///< directions in which there is light beyond the circle
 };
 
-/// Where the light rises most steeply from `from` to `to`; nothing if these lie at the ends of the line.
+/// Where the light rises most steeply from `from` to `to`; nothing where that is too close to an end of the line.
 std::optional<int> steepestRise(const std::vector<float>& light, std::ptrdiff_t from, std::ptrdiff_t to) {
     // Over two samples to both sides, against noise.
     std::optional<int> steepest;
@@ -214,9 +213,9 @@ Rim rimNear(const Field& field, const LensCircle& circle) {
     return rim;
 }
 
-/// One Gauss-Newton step towards the least squares of the points' distances from the circle, weighted with Tukey's
-/// biweight so that points farther off than `reach` have no say (Gander, Golub and Strebel 1994, "Least-squares fitting
-/// of circles and ellipses"). Nothing where the points do not fix a circle.
+/// One Gauss-Newton step of a least-squares fit to the points' distances from the circle (Gander, Golub and Strebel
+/// 1994, "Least-squares fitting of circles and ellipses"). Tukey's biweight gives points farther off than `reach` no
+/// weight. Nothing where the points do not determine a circle.
 std::optional<LensCircle> fitted(const LensCircle& circle, const std::vector<Point>& points, double reach) {
     double m[3][4] = {};  // the normal equations of the changes in x, y and radius, with the right side
     for (const Point point : points) {
@@ -240,7 +239,7 @@ std::optional<LensCircle> fitted(const LensCircle& circle, const std::vector<Poi
     return LensCircle{circle.x + m[0][3] / m[0][0], circle.y + m[1][3] / m[1][1], circle.radius + m[2][3] / m[2][2]};
 }
 
-/// Moves the circle onto the rim, from wide to narrow reach; nothing if there is too little of it.
+/// Moves the circle onto the rim, from wide to narrow reach; nothing if too little of a rim shows.
 std::optional<LensCircle> refined(const Field& field, LensCircle circle) {
     Rim rim;
     double reach = 0;

@@ -14,9 +14,9 @@ struct LensCircle {
     double radius = 0;
 };
 
-/// Finds the circle that a fisheye lens throws on a sensor, from the dark surround of a few pictures. The circle may be
-/// cut by the picture's edges, or end in black before them; what matters is that a sixth of its rim or more divides
-/// light from dark. The pixels have to be square: an oval is not found, or taken for a circle along a part of it.
+/// Finds the circle that a fisheye lens throws on a sensor, from the dark surround of a few pictures. The picture's
+/// edges may cut the circle. At least a sixth of its rim must divide light from dark. The pixels have to be square: an
+/// oval is missed, or a part of it is taken for a circle.
 class LensFinder {
 public:
     /// Adds a picture's luma. One of another size starts over.
@@ -28,7 +28,7 @@ private:
     int _width = 0;  ///< of the pictures, pixels
     int _height = 0;
     int _shrink = 1;            ///< pixels along the side of a square that makes one of `_light`
-    std::vector<float> _light;  ///< brightest mean luma yet of each square, so that dark corners light up with time
+    std::vector<float> _light;  ///< brightest mean luma so far of each square: dark corners light up with time
 };
 
 }  // namespace zetplay

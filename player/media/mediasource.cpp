@@ -22,7 +22,7 @@ namespace zetplay {
 
 namespace {
 
-/// A decoder that has no packet left can fail for each picture that it still holds, but not without end.
+/// At the end a decoder can fail for each picture that it still holds. A broken one would fail for ever.
 constexpr int maxDrainErrors = 256;
 
 std::string errorText(int code) {
@@ -60,7 +60,7 @@ std::int64_t readEbmlSize(AVIOContext& io) {
     return size == unknown ? -1 : size;
 }
 
-/// Whether a Matroska file's one big element reaches past its end. Leaves the reading position anywhere.
+/// Whether a Matroska file's one big element reaches past the file's end. The reading position is undefined afterwards.
 bool matroskaCutShort(AVIOContext& io, std::int64_t fileSize) {
     if (avio_seek(&io, 0, SEEK_SET) < 0 || avio_rb32(&io) != 0x1a45dfa3) return false;
     avio_skip(&io, readEbmlSize(io));
@@ -108,9 +108,9 @@ private:
     bool _still = false;
     double _frameRate = 0;  ///< pictures a second, 0 for unknown
 
-    // Where decoding stands.
+    // Progress of decoding.
     FrameHandle _frames[2];  ///< the first two pictures are decoded on opening, to tell a still from a video
-    int _decoded = 0;        ///< pictures that stand in `_frames`
+    int _decoded = 0;        ///< pictures in `_frames`
     int _given = 0;          ///< pictures of these that `next` has given
     PacketHandle _packet;
     bool _packetWaits = false;    ///< `_packet` was read and the decoder has not taken it yet
@@ -119,7 +119,7 @@ private:
     std::int64_t _readUntil = 0;  ///< end of the last packet, bytes from the start of the file
     std::string _damage;          ///< first damage met; empty for none
 
-    // Where the pictures given stand.
+    // Number and time of the pictures given so far.
     std::int64_t _number = 0;
     double _seconds = 0;                            ///< time of the last picture
     std::int64_t _firstTimestamp = AV_NOPTS_VALUE;  ///< in the stream's time base
@@ -144,8 +144,8 @@ std::int64_t MediaSource::frameCount() const {
     return std::llround(static_cast<double>(_format->duration) / AV_TIME_BASE * _frameRate);
 }
 
-/// Opens the input and decodes up to two pictures. Decoders of picture files mend a damaged file without a word unless
-/// they are told to refuse it: so the first try is strict, and where it fails a second one gives what there is.
+/// Opens the input and decodes up to two pictures. Decoders of picture files silently repair a damaged file unless they
+/// are told to refuse it. So the first try is strict, and if it fails a second one takes what can be decoded.
 void MediaSource::open() {
     openAndDecode(true);
     if (_decoded > 0 || !pictureFile() || !seekable()) return;
@@ -169,7 +169,7 @@ void MediaSource::openInput() {
     if (std::filesystem::exists(_path, error)) {
         const bool regular = std::filesystem::is_regular_file(_path, error);
         if (regular && std::filesystem::file_size(_path, error) == 0) fail("the file is empty");
-        // The name of a file that is there is neither an address ("a:b.mp4") nor a pattern ("a%d.png").
+        // The name of an existing file is neither an address ("a:b.mp4") nor a pattern ("a%d.png").
         url = "file:" + _path;
         av_dict_set(&options, "pattern_type", "none", 0);
     }
@@ -185,7 +185,7 @@ void MediaSource::openInput() {
     if (opened < 0) fail("cannot open: " + errorText(opened));
     _format.reset(format);
     if (demuxer() == "yuv4mpegpipe") {
-        // Its head tells all.
+        // The file's header is enough: no decoder is needed.
         _raw.emplace(*format->pb, *format->streams[0]);
         return;
     }
@@ -277,7 +277,7 @@ void MediaSource::rewind() {
     if (!seekToStart()) open();
 }
 
-/// Quick where the input allows it; false unless the first picture stands decoded afterwards.
+/// Quick where the input allows it. True if the first picture has been decoded afterwards.
 bool MediaSource::seekToStart() {
     if (pictureFile() || _firstTimestamp == AV_NOPTS_VALUE) return false;
     if (av_seek_frame(_format.get(), _stream->index, _firstTimestamp, AVSEEK_FLAG_BACKWARD) < 0) return false;
@@ -307,7 +307,7 @@ bool MediaSource::decode(AVFrame& frame) {
     }
 }
 
-/// Hands the decoder one packet more, or the word that none follows.
+/// Hands the decoder one more packet, or tells it that none follows.
 void MediaSource::feed() {
     while (!_packetWaits && !_draining) {
         const int result = _raw ? _raw->read(*_packet) : av_read_frame(_format.get(), _packet.get());
@@ -331,7 +331,7 @@ void MediaSource::feed() {
     _packetWaits = false;
 }
 
-/// At the end of the input: whether the file itself says that it goes on. Demuxers take that for a plain end.
+/// Whether the file was cut short: by its own header it goes on here. Demuxers report a normal end.
 bool MediaSource::cutShort() const {
     const std::int64_t size = _format->pb ? avio_size(_format->pb) : -1;
     if (size <= 0) return false;

@@ -2,7 +2,7 @@
 
 namespace zetplay {
 
-/// Whether FFmpeg writes messages of its own to standard error, as it does from the start; for the whole process.
+/// Whether FFmpeg writes its own messages to standard error, as it does by default; for the whole process.
 void showMediaLog(bool on);
 
 }  // namespace zetplay

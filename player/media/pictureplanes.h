@@ -30,22 +30,22 @@ struct Planes {
     std::uint8_t* v = nullptr;
 };
 
-/// Memory for pictures, used again.
+/// Reusable memory for pictures.
 class PlanePool {
 public:
-    /// Gives `picture` its size, line sizes and planes, to be written before anybody else has it; both sides are even
-    /// and above 0. The line size of Y is the width rounded up to a multiple of 4, that of the chroma planes half of
-    /// it, so that the module takes both.
+    /// Gives `picture` its size, line sizes and new planes. Write them before anybody else gets the picture. Both sides
+    /// must be even and above 0. The line size of Y is the width rounded up to a multiple of 4, that of the chroma
+    /// planes half of it, as the module requires.
     Planes shape(Picture& picture, int width, int height);
 
 private:
     BufferPool _buffers;
 };
 
-/// Copies samples between pictures of one shape.
+/// Copies samples between pictures of the same shape.
 void copyPlanes(const Picture& from, const Planes& to);
 
-/// Copies the plane's rows to `to`; what a line has past the width repeats the row's last sample.
+/// Copies the plane's rows to `to`; padding repeats the row's last sample.
 void copyPlane(const PlaneView& from, std::uint8_t* to, int lineSize);
 
 }  // namespace zetplay

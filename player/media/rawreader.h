@@ -7,11 +7,11 @@
 
 namespace zetplay {
 
-/// Reads the pictures of a .y4m file, as FFmpeg's demuxer would, but into memory that is used again: to ask the system
-/// for fresh pages with each picture costs more than to read it.
+/// Reads the pictures of a .y4m file like FFmpeg's demuxer, but into reused memory: fresh pages from the system for
+/// each picture cost more than reading it.
 class RawReader {
 public:
-    /// Stands before the first picture. Keeps both.
+    /// Begins at the first picture. Keeps references to both.
     RawReader(AVIOContext& io, const AVStream& stream);
 
     /// The next picture, or an error of FFmpeg's, as `av_read_frame` gives them.

@@ -11,7 +11,7 @@
 
 namespace zetplay {
 
-/// A failure that ends the run with status 1; the text is the one line for standard error.
+/// A failure that ends the run with status 1. The text is its line on standard error.
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -26,7 +26,7 @@ struct Picture {
     const std::uint8_t* y = nullptr;
     const std::uint8_t* u = nullptr;
     const std::uint8_t* v = nullptr;
-    std::shared_ptr<const void> memory;  ///< keeps the planes, which nobody changes any more
+    std::shared_ptr<const void> memory;  ///< keeps the planes alive; nobody changes them
     zet::FrameColor color;
     std::int64_t number = 0;  ///< counts from 0 at the start of the input
     double seconds = 0;       ///< presentation time from the start of the input
@@ -37,11 +37,11 @@ class Source {
 public:
     virtual ~Source() = default;
 
-    /// The next picture in the place of `picture`, which gives its memory back first; false at the end of the input.
-    /// Throws `Failure` where the input is damaged; what was decoded until then has been given.
+    /// Replaces `picture` with the next one, after releasing its memory; false at the end of the input. Throws
+    /// `Failure` where the input is damaged, after all pictures decoded before have been given.
     virtual bool next(Picture& picture) = 0;
-    /// A read that waits for data gives up when a signal comes or time passes and `given` says so: any thread. What
-    /// `next` throws then means nothing.
+    /// A read that waits for data asks `given` when a signal comes and now and then, on any thread. True ends the read:
+    /// ignore what `next` throws then.
     virtual void giveUpWhen(const std::function<bool()>& given) { static_cast<void>(given); }
     /// Back to the first picture.
     virtual void rewind() = 0;

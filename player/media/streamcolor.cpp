@@ -43,7 +43,7 @@ std::int32_t matrixOf(const AVFrame& frame) {
         case AVCOL_SPC_BT2020_NCL:
             return frame.colorspace;
         case AVCOL_SPC_BT2020_CL:
-            return zet::COLOR_MATRIX_BT2020;  // the nearest that the module has
+            return zet::COLOR_MATRIX_BT2020;  // the nearest that the module knows
         default:
             return frame.height >= linesOfBt709 ? zet::COLOR_MATRIX_BT709 : zet::COLOR_MATRIX_BT601;
     }

@@ -18,9 +18,9 @@ namespace zetplay {
 
 namespace {
 
-/// A file that takes the place of an older one when it is finished, and is removed again otherwise: a half-written
-/// picture is worse than none, and worse than the old one. What is no regular file, such as a device, is written as it
-/// stands; so is a file in a directory that takes no new ones.
+/// A file that replaces an older one when it is finished, and is removed otherwise: a half-written picture is worse
+/// than none, and worse than the old one. A device or other special file is written directly; so is a file in a
+/// directory that takes no new ones.
 class OutFile {
 public:
     explicit OutFile(const std::string& path) : _path(path) {
@@ -47,11 +47,11 @@ public:
     }
 
 private:
-    /// A new file in the same directory; false where there can be none or there must not be.
+    /// Opens a new file in the same directory; false where that is impossible or wrong.
     bool openBeside() {
         if (_path.starts_with("/dev/") || _path.starts_with("/proc/")) return false;  // what a shell has opened
         std::error_code error;
-        // A link stays: what it leads to is replaced.
+        // A link stays: its target is replaced.
         const bool isLink = std::filesystem::is_symlink(_path, error);
         const std::string target = isLink ? std::filesystem::canonical(_path, error).string() : _path;
         struct stat old {};
@@ -70,8 +70,8 @@ private:
     [[noreturn]] void fail() const { throw Failure(_path + ": " + std::strerror(errno)); }
 
     const std::string _path;
-    std::string _target;      // what the finished file is renamed to; empty if it has its name already
-    std::string _unfinished;  // what goes unless it is finished
+    std::string _target;      // new name of the finished file; empty if it keeps its own
+    std::string _unfinished;  // removed unless it is finished
     std::FILE* _file = nullptr;
 };
 
@@ -83,7 +83,7 @@ void writePng(const std::string& path, const Image& image) {
     format.width = static_cast<png_uint_32>(image.width);
     format.height = static_cast<png_uint_32>(image.height);
     format.format = PNG_FORMAT_RGB;
-    // Encoded in memory, so that what stops the file is told by the system and not by the codec.
+    // Encoded in memory, so that a failure to write is told by the system and not by the codec.
     png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(format);
     std::vector<std::uint8_t> png(size);
     if (!png_image_write_to_memory(&format, png.data(), &size, 0, image.rgb.data(), 0, nullptr))

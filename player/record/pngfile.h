@@ -6,7 +6,7 @@
 
 namespace zetplay {
 
-/// Throws `Failure` with the path and the cause; then a file of that name stays as it was, and no new one is left.
+/// Throws `Failure` with the path and the cause. Then an old file of that name is unchanged, and no new one is left.
 void writePng(const std::string& path, const Image& image);
 /// The same for bytes that are written as they are.
 void writeBytes(const std::string& path, const std::vector<std::uint8_t>& bytes);

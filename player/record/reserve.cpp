@@ -18,17 +18,17 @@ Reserve::~Reserve() {
 }
 
 int Reserve::hold(std::int64_t bytes) {
-    constexpr std::int64_t step = 1 << 14;  // so that few pictures need a call
+    constexpr std::int64_t step = 1 << 14;  // most pictures need no call
     if (_file < 0 || bytes <= _held) return 0;
     const int error = ::posix_fallocate(_file, _held, bytes + step - _held);
     if (error == ENOSPC || error == EFBIG || error == EDQUOT) return error;
-    // A file system that can't hold room is no reason to stop.
+    // A file system that can't preallocate is no reason to stop.
     _held = bytes + step;
     return 0;
 }
 
 void Reserve::release(std::int64_t bytes) {
-    // What is left behind the end of an MP4 file does no harm.
+    // Bytes behind the end of an MP4 file do no harm.
     if (_file >= 0 && ::ftruncate(_file, bytes) != 0) return;
     _held = bytes;
 }

@@ -5,18 +5,18 @@
 
 namespace zetplay {
 
-/// Room on the disk behind what a growing file holds, kept free for its clean end.
+/// Preallocates disk space behind the end of a growing file, so that its trailer fits on a disk that fills up.
 class Reserve {
 public:
-    /// `path` exists. A device has no room to hold: the rest then does nothing.
+    /// `path` exists. For a device, all operations do nothing.
     explicit Reserve(const std::string& path);
     ~Reserve();
     Reserve(const Reserve&) = delete;
     Reserve& operator=(const Reserve&) = delete;
 
-    /// Makes sure of the first `bytes` of the file. 0, or an error number if the place is full.
+    /// Allocates the first `bytes` of the file. 0, or an error number if the disk or a limit leaves no room.
     int hold(std::int64_t bytes);
-    /// Gives back all behind the first `bytes`.
+    /// Frees all behind the first `bytes`.
     void release(std::int64_t bytes);
 
 private:

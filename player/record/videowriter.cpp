@@ -19,9 +19,9 @@ namespace zetplay {
 
 namespace {
 
-// Whole for every usual rate, and within what MPEG-4 can hold.
+// Every usual rate has a whole number of ticks a picture, and MPEG-4 can hold this number.
 constexpr int ticksPerSecond = 60000;
-// The software encoders; those of graphics cards and phones take other pictures than ours.
+// Software encoders only: those of graphics cards and phones take other pixel formats.
 constexpr const char* encoders[] = {"libx264", "libopenh264", "mpeg4"};
 
 struct OutputDelete {
@@ -127,10 +127,10 @@ void VideoWriter::open(int width, int height, double frameRate) {
     parts.reserve.emplace(_path);
 }
 
-/// A place that fills up ends the recording here, while there is room for `finish`: for what the encoder still has and
-/// for the index.
+/// A full disk ends the recording here, while there is room for `finish`: for what the encoder still holds and for the
+/// index.
 void VideoWriter::holdRoom() {
-    constexpr std::int64_t indexBytes = 64;  // of a picture, amply
+    constexpr std::int64_t indexBytes = 64;  // a picture needs less
     constexpr std::int64_t margin = 1 << 13;
     Parts& parts = *_parts;
     const std::int64_t toCome = (parts.sent + 1 - parts.written) * parts.largest + parts.sent * indexBytes + margin;

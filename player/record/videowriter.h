@@ -21,7 +21,7 @@ public:
     VideoWriter(const VideoWriter&) = delete;
     VideoWriter& operator=(const VideoWriter&) = delete;
 
-    /// A picture of another size than the video's is scaled to it. If the place is full, `finish` still works.
+    /// A picture of another size than the video's is scaled to it. If the disk is full, `finish` still works.
     void add(const Pixels& pixels, double seconds);
     /// Makes the file whole. Nothing can be added any more; a second call does nothing.
     void finish();

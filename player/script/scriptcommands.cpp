@@ -173,7 +173,7 @@ Step readScale(ScriptWords&) {
     };
 }
 
-// What goes with the frames that follow.
+// What the next frames carry.
 
 Step lens(ScriptWords& words) {
     if (words.take("none")) return [](Session& session) { session.feed.setLens(std::nullopt); };

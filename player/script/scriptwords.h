@@ -34,7 +34,7 @@ public:
     /// 0 or 1.
     bool flag(const char* what) { return integer(what, 0, 1) != 0; }
 
-    /// Refuses words that are left.
+    /// Refuses further words.
     void end() const;
     [[noreturn]] static void refuse(const std::string& word, const char* what);
 

@@ -97,7 +97,7 @@ void Controls::handleMouse(const SDL_Event& event) {
 }
 
 void Controls::handleFinger(const SDL_TouchFingerEvent& event) {
-    // SDL gives shares of the window.
+    // SDL gives fractions of the window.
     const zet::TouchPoint at{event.x * static_cast<float>(_session.window->width()),
                              event.y * static_cast<float>(_session.window->height())};
     const double time = seconds(event.timestamp);
@@ -116,7 +116,7 @@ void Controls::handleFinger(const SDL_TouchFingerEvent& event) {
 
 void Controls::handleWindow(const SDL_WindowEvent& event) {
     if (event.event == SDL_WINDOWEVENT_CLOSE) _session.quit();
-    // The module sees the new size at its next draw; of a recording that is at hand.
+    // The module sees the new size at its next draw, which a recording makes anyway.
     if (_session.recording) return;
     if (event.event == SDL_WINDOWEVENT_SIZE_CHANGED || event.event == SDL_WINDOWEVENT_EXPOSED)
         _session.driver.requestRedraw();
@@ -178,7 +178,7 @@ void Controls::send(const Gesture& gesture) {
         void operator()(const Pinch& pinch) const { driver.pinch(pinch.factor); }
         void operator()(const zet::Fling& fling) const {
             driver.fling(fling);
-            driver.requestRedraw();  // inertia asks for no frames itself
+            driver.requestRedraw();  // inertia asks for no draws itself
         }
     };
     std::visit(Sender{_session.driver}, *told);

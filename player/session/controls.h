@@ -20,7 +20,7 @@ public:
     bool paused() const { return _paused; }
     bool autoRotating() const { return _autoRotate; }
     bool takeStep() { return std::exchange(_step, false); }
-    /// The picture has to be set again: the view or the window has lost it.
+    /// Whether the picture has to be set again: the view or the window has lost it.
     bool takeResend() { return std::exchange(_resend, false); }
 
 private:

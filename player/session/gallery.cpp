@@ -12,7 +12,7 @@ namespace zetplay {
 
 namespace {
 
-// The views need a draw or two to bring their cameras within limits.
+// Views need a draw or two to settle their cameras.
 constexpr int drawsForView = 3;
 
 // "04-map"
@@ -34,7 +34,7 @@ Image showView(Session& session, const zet::RenderModeInfo& view) {
         session.feed.showAgain();
         session.driver.waitDrawn();
     }
-    // A snapshot is refused where there is no view; the window would go on showing the last one.
+    // Without a view a snapshot is refused; the window would still show the last view.
     if (!session.snap(false)) throw Failure("the module has no view " + std::string(view.name));
     return session.window->grab();
 }

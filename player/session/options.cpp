@@ -86,7 +86,7 @@ void setFrames(Options& options, const std::string& text) {
     options.frames = *frames;
 }
 
-/// What is taken from the command line as text, to be looked at once CLI11 has accepted the line.
+/// Options that are parsed after CLI11 has accepted the command line.
 struct Texts {
     std::string view;
     std::string size;
@@ -134,7 +134,7 @@ void describe(CLI::App& app, Options& options, Texts& texts) {
     app.set_version_flag("--version", "zetplay " ZETPLAY_VERSION);
 }
 
-/// Options are read one at a time, so a wrong one is named by itself.
+/// One option at a time, so that the message names the wrong one.
 void apply(const CLI::App& app, const Texts& texts, Options& options) {
     options.view = options.input.empty() ? zet::RENDER_MODE_HALF_SPHERE : zet::RENDER_MODE_FLAT;
     if (app.count("--view") > 0) setView(options, texts.view);
@@ -144,7 +144,7 @@ void apply(const CLI::App& app, const Texts& texts, Options& options) {
     if (app.count("--synthetic") > 0) setSynthetic(options, texts.synthetic);
     if (app.count("--frames") > 0) setFrames(options, texts.frames);
     if (texts.mount == "wall") options.mount = Mount::wall;
-    // Else an empty variable in a shell script would be taken for an option that is not given.
+    // Otherwise an empty variable in a shell script would look like an option that is not given.
     for (const char* file : {"INPUT", "--meta", "--script", "--shot", "--record", "--gallery", "--font"})
         if (app.count(file) > 0 && app[file]->as<std::string>().empty())
             throw WrongUsage(std::string(file) + " is empty");

@@ -13,7 +13,7 @@
 
 namespace zetplay {
 
-/// Wrong usage, on the command line or in a script: ends the run with status 2; the text is the one line for it.
+/// Wrong usage, on the command line or in a script, ends the run with status 2. The text is its line on standard error.
 class WrongUsage : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -50,9 +50,9 @@ struct Options {
     bool verbose = false;
 };
 
-/// "MATRIX,RANGE", such as "709,limited"; "none" for the module's default. Nothing for another text.
+/// "MATRIX,RANGE", such as "709,limited"; "none" for the module's default. Empty result for any other text.
 std::optional<zet::FrameColor> parseFrameColor(std::string_view text);
-/// What it takes, for the line that tells of a wrong one.
+/// The form that it takes, for error messages.
 constexpr const char* frameColorForm =
     "none or MATRIX,RANGE (matrix 601, 709, 2020, 240m, fcc, 470bg or its number; range limited or full)";
 

@@ -11,26 +11,26 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A picture that is later than this is not shown, unless it is the last.
+// A picture that is later than this is dropped, unless it is the last.
 constexpr auto mostLate = 100ms;
-// Shown all the same after so many, so that a machine that is too slow shows slow pictures and not none.
+// After so many dropped in a row one is shown: a machine that is too slow still shows some.
 constexpr int mostDropped = 8;
-// Views that turn by themselves do so with each draw and ask for none. A request is worth 30 draws, half a second.
+// Views turn by themselves with each draw, but ask for none. A request is worth 30 draws, half a second.
 constexpr int rotationMs = 400;
-// For the picture in work when the user quits.
+// For the picture in progress when the user quits.
 constexpr auto patience = 50ms;
 
 }  // namespace
 
 Playback::Playback(Session& session) : _session(session), _controls(session) {
-    // Without a user nobody would end a still picture.
+    // Without `--frames` a repeated still picture would never end.
     _session.feed.repeatStill = session.options.frames > 0;
 }
 
 void Playback::run() {
     {
         std::thread pictures([this] { playToEnd(); });
-        // Also when the user's part throws.
+        // A destructor, since `handleUser` may throw.
         struct End {
             Playback& playback;
             std::thread& pictures;
@@ -46,7 +46,7 @@ void Playback::run() {
 void Playback::endPictures(std::thread& pictures) {
     {
         std::unique_lock lock(_mutex);
-        if (!_done) _session.quit();  // what a read asks that waits for data
+        if (!_done) _session.quit();  // a read that waits for data asks for this
         _changed.notify_all();
         for (bool first = true; !_done; first = false) {
             if (!first) interruptCall(pictures);
@@ -84,7 +84,7 @@ void Playback::playToEnd() {
     try {
         play();
     } catch (...) {
-        // Nobody asks any more how a read has ended that was given up.
+        // A read that was given up on closing may fail: ignore that.
         if (!_session.closing()) _failure = std::current_exception();
     }
     const std::lock_guard lock(_mutex);
@@ -111,8 +111,8 @@ void Playback::play() {
     }
 }
 
-/// Reads the next picture, unless the video is paused or over. False if there is nothing more to do: the input has
-/// ended, and was no still picture that somebody may be looking at.
+/// Reads the next picture, unless the video is paused or over. False at the end of the input, but not for a still
+/// picture, which somebody may be looking at.
 bool Playback::prepare() {
     {
         const std::lock_guard lock(_mutex);
@@ -144,7 +144,7 @@ Playback::Next Playback::waitForNext() {
 }
 
 void Playback::playDue() {
-    // After a pause none waits yet: the next pass fetches.
+    // After a pause no picture is waiting yet: the next pass fetches one.
     if (!_session.feed.waiting()) return;
     if (Clock::now() - dueTime() > mostLate && _dropped < mostDropped && _session.feed.skip()) {
         ++_dropped;

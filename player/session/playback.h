@@ -11,8 +11,8 @@
 
 namespace zetplay {
 
-/// Plays the input by its timestamps and lets the user drive it. A thread of its own reads, decodes and sets the
-/// pictures, so that the window's thread, which is the caller's, never waits for a draw.
+/// Plays the input by its timestamps and lets the user drive it. A separate thread reads, decodes and sets the
+/// pictures. So the window's thread, which is the caller's, never waits for a draw.
 class Playback {
 public:
     explicit Playback(Session& session);
@@ -55,13 +55,13 @@ private:
     bool _paused = false;
     bool _step = false;
     bool _resend = false;
-    // What the pictures' thread tells.
-    bool _ended = false;  // the last picture stands
+    // What the pictures' thread reports.
+    bool _ended = false;  // the last picture is shown and stays
     bool _done = false;
 
     // The pictures' thread's alone.
 
-    std::exception_ptr _failure;  // the caller's, once that thread has ended
+    std::exception_ptr _failure;  // the caller reads it once that thread has ended
     bool _running = false;        // the clock runs
     Clock::time_point _zero;      // when the timeline's 0 was due
     int _dropped = 0;             // pictures in a row

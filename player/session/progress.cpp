@@ -35,7 +35,7 @@ Progress::~Progress() {
 
 void Progress::step() {
     ++_done;
-    // A terminal is slower than the work it tells of.
+    // Not for each step: a terminal may be slower than the work.
     const auto now = std::chrono::steady_clock::now();
     if (now - _drawn < std::chrono::milliseconds(100)) return;
     _drawn = now;

@@ -11,7 +11,7 @@ class Progress {
 public:
     /// `total` of 0 if nobody knows it: then the steps are counted.
     Progress(std::string what, std::int64_t total);
-    /// Leaves the line.
+    /// Ends the line.
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

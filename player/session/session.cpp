@@ -21,7 +21,7 @@ std::unique_ptr<Source> openSource(const Options& options) {
     return options.input.empty() ? openSynthetic(options.synthetic, options.mount) : openMedia(options.input);
 }
 
-/// The lens circle in the first pictures of the source, which is then back at its start. Prints it in the form that
+/// Finds the lens circle in the first pictures of the source and rewinds it. Prints the circle in the form that
 /// `--lens` takes, for a person to keep. Throws `Failure` if there is none.
 LensRegion findLens(Source& source, const std::string& input) {
     constexpr int pictures = 10;
@@ -30,7 +30,7 @@ LensRegion findLens(Source& source, const std::string& input) {
     try {
         for (int i = 0; i < pictures && source.next(picture); ++i) finder.add(picture);
     } catch (const Failure&) {
-        // What is damaged is told when playing comes to it.
+        // Playing reports damage when it comes to it.
     }
     const auto circle = finder.find();
     if (!circle) throw Failure((input.empty() ? source.name() : input) + ": no lens circle found");
@@ -42,7 +42,7 @@ LensRegion findLens(Source& source, const std::string& input) {
     return region;
 }
 
-/// A font that systems usually have; empty if there is none.
+/// A font that systems usually have; empty if none is found.
 std::string systemFont() {
     for (const char* path : {
              "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
@@ -126,7 +126,7 @@ void Session::setView(int view) {
 }
 
 void Session::renewWindow() {
-    // The module leaves the old window before that goes.
+    // The module must leave the old window before it is destroyed.
     auto fresh = makeWindow(window->width(), window->height());
     std::swap(fresh, window);
     showWindow();

@@ -21,7 +21,7 @@ public:
     explicit Session(const Options& options);
     ~Session();
 
-    // In the order in which they are made; they go in the opposite one.
+    // In the order of construction; destroyed in reverse.
 
     const Options& options;
     const std::unique_ptr<Source> source;
@@ -36,7 +36,7 @@ public:
     std::unique_ptr<VideoWriter> recording;
 
     int view() const { return _view; }
-    /// Sets any number as the view, as it stands.
+    /// Sets any number as the view, unchecked.
     void setView(int view);
     /// Sets the waiting picture, returns when it is drawn, and records the window if that was asked for.
     void drawNext();

@@ -6,7 +6,7 @@
 
 namespace zetplay {
 
-/// What a run has cost since this was made.
+/// What a run has cost since this object was made.
 class Stats {
 public:
     /// One line of JSON.

@@ -104,7 +104,7 @@ void paintWithin(const Planes& picture, const FisheyeLens& lens, const Bounds& b
     });
 }
 
-/// Runs `work(from, to)` for all rows in bands of an even number of rows, on all processors.
+/// Runs `work(from, to)` for all rows, on all processors. Each band has an even number of rows.
 template <typename Work>
 void forRows(int rows, Work work) {
     constexpr int band = 32;
@@ -121,7 +121,7 @@ void forRows(int rows, Work work) {
 
 /// Pictures with fewer pixels than this get the fine look everywhere.
 constexpr int smallPicture = 1000 * 1000;
-/// Otherwise a pixel gets it that differs from its neighbour by more than this, as a part of the whole range.
+/// In larger pictures only pixels get it that differ from a neighbour by more than this part of the whole range.
 constexpr float smoothStep = 0.015f;
 
 bool alike(Colour a, Colour b) {
@@ -156,7 +156,7 @@ void FisheyeCanvas::paintRoom(const Planes& picture) const {
     forRows(_lens.height(), [&](int from, int to) { paintRows(picture, from, to); });
 }
 
-/// One ray for each pixel and its neighbours first; then a fine look where these differ.
+/// First one ray for each pixel; then a fine look where neighbours differ.
 void FisheyeCanvas::paintRows(const Planes& picture, int from, int to) const {
     const int width = _lens.width();
     const auto at = [=](int x, int y) { return static_cast<std::size_t>((y - from + 1) * (width + 2) + x + 1); };
@@ -197,8 +197,8 @@ void FisheyeCanvas::paintShadow(const Planes& picture, Vec3 middle, float radius
     });
 }
 
-/// Each pixel takes the point of its ray that is nearest to the capsule's axis. How far that lies inside the capsule
-/// tells how much of the pixel is covered; its direction from the axis tells the slope of the surface.
+/// Each pixel takes the point of its ray that is nearest to the capsule's axis. The point's depth inside the capsule
+/// gives the cover of the pixel; its direction from the axis gives the slope of the surface.
 void FisheyeCanvas::paintCapsule(const Planes& picture, const Capsule& capsule) const {
     const Vec3 eye = _lens.pose().eye;
     Bounds bounds;
@@ -258,7 +258,7 @@ ClockFace::ClockFace(const FisheyeLens& lens, const SyntheticRoom& room, const S
     });
 }
 
-/// How the digits, `digits[d]` showing d in each place of a digit, cover the four pixels from (x, y).
+/// How much the digits cover the four pixels from (x, y). In `digits[d]` every digit of the clock is d.
 ClockFace::Block ClockFace::blockAt(const FisheyeLens& lens, const SyntheticRoom& room, const std::vector<Sign>& digits,
                                     int x, int y) {
     Block block{x, y, 0, {}};

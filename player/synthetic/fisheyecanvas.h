@@ -21,7 +21,7 @@ public:
     void paintRoom(const Planes& picture) const;
     /// A round shadow on the floor.
     void paintShadow(const Planes& picture, Vec3 middle, float radius) const;
-    /// Something of the room that covers all that was painted before.
+    /// A thing in the room that covers all that was painted before.
     void paintCapsule(const Planes& picture, const Capsule& capsule) const;
 
 private:
@@ -33,12 +33,12 @@ private:
     const SyntheticRoom& _room;
 };
 
-/// The digits of one clock. The place in the room of every pixel that they can cover is worked out once.
+/// The digits of one clock. Where each pixel that they can cover lies in the room is computed once.
 class ClockFace {
 public:
     ClockFace(const FisheyeLens& lens, const SyntheticRoom& room, const Sign& sign);
 
-    /// Paints `text`, which has digits where the sign's own text has digits.
+    /// Paints `text`, which must have digits where the sign's own text has digits.
     void paint(const Planes& picture, std::string_view text) const;
 
 private:

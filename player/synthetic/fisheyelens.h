@@ -6,7 +6,7 @@
 namespace zetplay {
 
 /// An ideal equidistant lens of 180 degrees: a ray that leaves the axis by the angle theta meets the picture at the
-/// radius f * theta. The circle of 90 degrees is centred and touches the nearer pair of the picture's edges.
+/// radius f * theta. The circle of theta = 90 degrees is centred and touches the nearer pair of the picture's edges.
 /// Picture coordinates are in pixels from the top left corner, y downward; the first pixel's centre is (0.5, 0.5).
 class FisheyeLens {
 public:
@@ -47,8 +47,7 @@ public:
         return {_centreX + right * scale, _centreY - up * scale};
     }
 
-    /// Pixels that a small ball around the point is wide from its middle to its edge: across the radius this lens
-    /// magnifies by theta / sin(theta).
+    /// Radius in pixels of a small ball around the point. Tangentially this lens magnifies by theta / sin(theta).
     float projectRadius(Vec3 middle, float radius) const {
         const Vec3 way = middle - _pose.eye;
         const float distance = length(way);
@@ -65,8 +64,8 @@ public:
 private:
     static constexpr float halfPi = 1.57079633f;
 
-    /// The Taylor series of cos(a) up to the even power `last`, or of sin(a) / a up to the power `last` - 1, for the
-    /// square of a. Up to 90 degrees, and the powers in use, that is exact in float and far quicker than the library's.
+    /// Taylor series in the square of a: cos(a) up to the even power `last`, or sin(a) / a up to the power `last` - 1.
+    /// With the powers in use it is exact in float up to 90 degrees, and far quicker than the library's.
     static constexpr float series(float square, int last) {
         float sum = 1;
         for (int n = last; n >= 2; n -= 2) sum = 1 - square * (1.0f / static_cast<float>(n * (n - 1))) * sum;

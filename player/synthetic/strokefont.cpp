@@ -7,7 +7,8 @@ namespace zetplay {
 
 namespace {
 
-/// Strokes are lines between points of a grid 4 wide and 6 high; "xy" is a point, a blank goes on, a bar lifts the pen.
+/// Strokes are lines between points of a grid 4 wide and 6 high. "xy" is a point, a blank draws on to the next one, a
+/// bar lifts the pen.
 constexpr float unit = 1.0f / 6;
 constexpr float halfStroke = 0.48f * unit;
 constexpr float gap = 1.8f * unit;

@@ -34,7 +34,7 @@ private:
     FisheyeCanvas _canvas;
     std::vector<ClockFace> _clocks;
     PlanePool _pool;
-    Picture _background;  ///< all that stands still
+    Picture _background;  ///< all that doesn't move
     std::int64_t _number = 0;
 };
 

@@ -10,7 +10,7 @@ constexpr Colour skin{0.87f, 0.66f, 0.52f};
 constexpr Colour hair{0.25f, 0.16f, 0.10f};
 constexpr Colour trousers{0.20f, 0.24f, 0.34f};
 
-/// The walker goes round an ellipse.
+/// The walker's ellipse.
 struct Path {
     double middleX, middleY, radiusX, radiusY;  ///< metres
     double secondsPerRound;

@@ -22,13 +22,13 @@ struct Figure {
     std::array<Capsule, 8> parts;
 };
 
-/// How a person stands: `heading` in radians from east towards north; `stride` moves arms and legs, 0 to stand still.
+/// A person at a place: `heading` in radians from east towards north; `stride` moves arms and legs, 0 for standing.
 Figure person(Vec3 feet, float heading, float stride, Colour shirt);
 
 /// The person who walks through the room, `seconds` after the start.
 Figure walker(Mount mount, double seconds);
 
-/// The people who stand still.
+/// The people who don't move.
 std::vector<Figure> bystanders(Mount mount);
 
 }  // namespace zetplay

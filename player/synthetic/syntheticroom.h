@@ -33,7 +33,7 @@ struct Sign {
     Sign(const Place& where, float letters, std::string words, Colour paint);
     /// Metres from the point to the edge of the lettering; negative inside a stroke.
     float distance(float along, float height) const;
-    /// Which letter of the text stands there, or nearest to it.
+    /// Index of the letter of the text there, or nearest to it.
     std::size_t cell(float along) const;
 
     Place middle;
@@ -43,7 +43,7 @@ struct Sign {
     float width;
 };
 
-/// A box that stands in the room.
+/// A box in the room.
 struct Furniture {
     Vec3 low;
     Vec3 high;
@@ -58,7 +58,7 @@ struct CameraPose {
     Vec3 up;     ///< to the top edge of the picture
 };
 
-/// The room before the synthetic camera, with all that stands still in it. Fixed after construction; any thread.
+/// The room in front of the synthetic camera, with all in it that doesn't move. Fixed after construction; any thread.
 class SyntheticRoom {
 public:
     explicit SyntheticRoom(Mount mount);

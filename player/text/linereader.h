@@ -9,8 +9,7 @@ namespace zetplay {
 /// Lines of standard input, as they come in.
 class LineReader {
 public:
-    /// The next line; nothing at the end. While none is there `goOn` is asked now and then, and its false ends the
-    /// wait.
+    /// The next line; nothing at the end. While it waits it asks `goOn` now and then; false ends the wait.
     std::optional<std::string> next(const std::function<bool()>& goOn);
 
 private:

@@ -8,7 +8,7 @@
 
 namespace zetplay {
 
-/// The whole of `text` as a number, independent of the locale; "inf" and "nan" are floating-point numbers.
+/// The number that all of `text` is, independent of the locale; "inf" and "nan" are floating-point numbers.
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
     Number number{};
@@ -21,8 +21,8 @@ std::optional<Number> parseNumber(std::string_view text) {
 /// Pieces between commas; with `most` above 0 the last piece keeps the commas that are left.
 std::vector<std::string> splitAtCommas(std::string_view text, std::size_t most = 0);
 
-/// Words of a script line: separated by blanks, a word with blanks in double quotes, `#` at the start of a word begins
-/// a comment. Nothing for a line that leaves a quote open.
+/// Words of a script line. Blanks separate them; a word with blanks is in double quotes; `#` at the start of a word
+/// begins a comment. Nothing for a line that leaves a quote open.
 std::optional<std::vector<std::string>> splitLine(std::string_view line);
 
 }  // namespace zetplay

@@ -13,7 +13,7 @@ constexpr float tapRadius = 10;        // pixels that a tap may wander
 constexpr double tapTime = 0.3;        // seconds that a tap may last
 constexpr double doubleTapTime = 0.4;  // seconds between the ends of two taps
 constexpr float doubleTapRadius = 30;  // pixels between them
-constexpr double trailTime = 0.1;      // seconds before the release that tell its speed
+constexpr double trailTime = 0.1;      // seconds before the release, over which its speed is measured
 constexpr float leastFling = 200;      // pixels per second
 constexpr float pinchStep = 1.05f;     // ratio of finger distances that makes one pinch
 constexpr float wheelStep = 1.1f;      // pinch factor of a notch
@@ -88,7 +88,7 @@ void Gestures::release(zet::TouchPoint at, double time) {
 }
 
 zet::Fling Gestures::speed(double time) const {
-    // A finger that rests before it lifts has no sample left that is young enough.
+    // Empty after a rest: the samples are too old.
     const auto first = std::find_if(_trail.begin(), _trail.end(),
                                     [&](const Sample& sample) { return time - sample.time <= trailTime; });
     if (first == _trail.end() || first->time >= time) return {};

@@ -26,12 +26,12 @@ struct Pinch {
 /// What a pointer or two fingers do. A drag goes from the old point to the new one; a fling is in pixels per second.
 using Gesture = std::variant<TouchDown, TouchUp, DoubleTap, zet::DragPoints, Pinch, zet::Fling>;
 
-/// The gesture as the view in force has to be told it, so that the picture follows the finger; nothing if it should
-/// not hear of it. The flat view moves against a drag and has no inertia; wall-two turns against a fling.
+/// Changes the gesture for the view in force so that the picture follows the finger; nothing if the view should not get
+/// it. The flat view moves against a drag and has no inertia; wall-two turns against a fling.
 std::optional<Gesture> gestureForView(const Gesture& gesture, int view);
 
-/// Turns the ways of a mouse or of fingers into gestures. Points are window pixels from the top left corner, times are
-/// seconds of any one clock.
+/// Turns movements of a mouse or of fingers into gestures. Points are window pixels from the top left corner, times are
+/// seconds of one clock.
 class Gestures {
 public:
     using Sink = std::function<void(const Gesture&)>;
@@ -42,7 +42,7 @@ public:
     void down(std::int64_t finger, zet::TouchPoint at, double time);
     void move(std::int64_t finger, zet::TouchPoint at, double time);
     void up(std::int64_t finger, zet::TouchPoint at, double time);
-    /// Notches of a mouse wheel, fractions from a trackpad; positive away from the user, which comes nearer.
+    /// Notches of a mouse wheel, fractions from a trackpad; positive away from the user, which zooms in.
     void wheel(double notches);
 
 private:
@@ -65,7 +65,7 @@ private:
 
     // The one finger that drags.
     bool _dragging = false;
-    bool _moved = false;  // farther than a tap may
+    bool _moved = false;  // moved farther than a tap may
     Sample _start{};
     std::vector<Sample> _trail;  // the newest samples, oldest first
 

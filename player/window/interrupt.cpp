@@ -18,7 +18,7 @@ static_assert(std::atomic<int>::is_always_lock_free);
 }  // namespace
 
 void watchInterrupts() {
-    wake();  // from now on a signal handler may
+    wake();  // first here: only from now on may a signal handler call it
     struct sigaction action {};
     action.sa_handler = [](int signal) {
         const int error = errno;
@@ -27,8 +27,8 @@ void watchInterrupts() {
         errno = error;
     };
     sigemptyset(&action.sa_mask);
-    // Without SA_RESTART: a wait for input returns. A second signal changes nothing: some programs send theirs twice,
-    // to the process and to its group.
+    // Without SA_RESTART: a wait for input returns. A second signal must change nothing: some programs send theirs
+    // twice, to the process and to its group.
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 

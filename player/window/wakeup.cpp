@@ -19,7 +19,7 @@ int bell() {
 
 void wake() {
     const std::uint64_t one = 1;
-    // It can only fail where it rings already.
+    // It fails only where a wake-up is already pending.
     [[maybe_unused]] const ssize_t written = write(bell(), &one, sizeof one);
 }
 

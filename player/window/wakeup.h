@@ -2,7 +2,7 @@
 
 namespace zetplay {
 
-/// Ends the present or the next `waitForInput`. Any thread, and signal handlers once somebody else has called it.
+/// Ends the present or the next `waitForInput`. Any thread; a signal handler only after somebody else's first call.
 void wake();
 
 /// Sleeps until `file` can be read or somebody calls `wake`, or for `timeoutMs` at most; below 0 for ever. True if

@@ -18,11 +18,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// SDL tells of a change of the focus 200 ms after it has come, and looks at the time only when it is asked for events.
+// SDL reports a change of focus 200 ms late, and only checks the time when asked for events.
 constexpr auto followUp = 300ms;
 constexpr int followUpStepMs = 100;
 
-/// A window that is gone or can't be read is told by the call's result; Xlib's own handler would end the program.
+/// The call's result tells of a window that is gone or can't be read. Xlib's own handler would end the program.
 int ignoreXError(Display*, XErrorEvent*) {
     return 0;
 }
@@ -30,7 +30,7 @@ int ignoreXError(Display*, XErrorEvent*) {
 std::function<void()> rescue;
 std::thread::id rescuer;
 
-/// Xlib ends the program behind this one in any case.
+/// Ends the program, as Xlib would if this returned.
 int endWithoutServer(Display*) {
     std::cerr << "zetplay: the X server has gone\n";
     if (rescue && std::this_thread::get_id() == rescuer) std::exchange(rescue, {})();
@@ -116,7 +116,7 @@ void ScreenWindow::toggleFullScreen() {
 void ScreenWindow::waitForEvents(int timeoutMs) {
     const auto now = std::chrono::steady_clock::now();
     const bool follows = now - _lastEvent < followUp && (timeoutMs < 0 || timeoutMs > followUpStepMs);
-    // What has been read from the connection already does not show there.
+    // `waitForInput` doesn't see events that have already been read from the connection.
     const bool events = SDL_HasEvents(SDL_FIRSTEVENT, SDL_LASTEVENT) || XEventsQueued(_display, QueuedAfterFlush) > 0 ||
                         waitForInput(ConnectionNumber(_display), follows ? followUpStepMs : timeoutMs);
     if (events) _lastEvent = std::chrono::steady_clock::now();

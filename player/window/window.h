@@ -23,7 +23,7 @@ public:
     VideoSystem(const VideoSystem&) = delete;
     VideoSystem& operator=(const VideoSystem&) = delete;
 
-    /// What to save before the program ends because the X server has gone. For the thread that calls this.
+    /// `save` runs before the program ends because the X server has gone; only if the calling thread notices it.
     void onServerLost(std::function<void()> save);
 };
 
@@ -42,7 +42,7 @@ public:
     virtual void setTitle(const std::string& title) = 0;
     virtual void resize(int width, int height) = 0;
     virtual void toggleFullScreen() = 0;
-    /// Sleeps until an event has come or `wake` is called, or for `timeoutMs` at most; below 0 for ever.
+    /// Sleeps until an event comes or `wake` is called, or for `timeoutMs` at most; below 0 for ever.
     virtual void waitForEvents(int timeoutMs) = 0;
     /// The whole window; good until the next call. Throws `Failure`.
     virtual Pixels read() = 0;
@@ -53,7 +53,7 @@ public:
     Image grab() { return imageFromPixels(read()); }
 };
 
-/// An X window. It asks the server for backing store, so that its pixels can be read while nothing shows them.
+/// An X window. It asks the server for backing store: then hidden pixels can be read.
 class ScreenWindow : public Window {
 public:
     ScreenWindow(int width, int height);
@@ -67,8 +67,7 @@ public:
     /// Returns when the server has the new size, or after half a second if a window manager refuses it.
     void resize(int width, int height) override;
     void toggleFullScreen() override;
-    /// Unlike SDL's own wait it can be ended from a signal handler. Shorter after an event, which SDL may have to
-    /// follow up.
+    /// Unlike SDL's own wait, a signal handler can end it. Shorter after an event, since SDL may follow it up.
     void waitForEvents(int timeoutMs) override;
     /// What the X server holds for the window.
     Pixels read() override { return _reader->read(_handle); }

@@ -33,8 +33,8 @@ private:
     unsigned long _most;
 };
 
-/// The module draws over a connection of its own. What it has sent lies in the server's hands, but the server may
-/// answer this connection first, while it takes a large picture in piece by piece: give it several turns.
+/// The module draws over its own connection. The server takes a large picture in piece by piece, and may answer this
+/// connection in between: give it several turns.
 void letServerCatchUp(Display* display) {
     constexpr int turns = 5;
     for (int i = 0; i < turns; ++i) {
@@ -43,7 +43,7 @@ void letServerCatchUp(Display* display) {
     }
 }
 
-/// What nearly every server gives: the words of `Pixels`.
+/// Whether the server gives the words of `Pixels`, as nearly all do.
 bool hasPlainWords(const XImage& picture, const Visual& visual) {
     const int native = std::endian::native == std::endian::little ? LSBFirst : MSBFirst;
     return picture.bits_per_pixel == 32 && picture.byte_order == native && visual.red_mask == 0xFF0000 &&
@@ -76,8 +76,8 @@ using XImageHandle = std::unique_ptr<XImage, FreeXImage>;
 
 }  // namespace
 
-/// A picture in memory that the server writes to. It takes the window's pixels by way of a pixmap: of a window that
-/// reaches beyond the screen it shares nothing.
+/// A picture in shared memory that the server writes to. It copies the window to a pixmap first: the server can't share
+/// a window that reaches beyond the screen.
 class WindowReader::SharedPicture {
 public:
     SharedPicture(Display* display, const XWindowAttributes& window) : _display(display), _visual(window.visual) {
@@ -100,7 +100,7 @@ public:
             values.graphics_exposures = False;
             _copy = XCreateGC(display, _pixmap, GCSubwindowMode | GCGraphicsExposures, &values);
         }
-        // From now on it goes with those who have it.
+        // Freed when the last process detaches.
         ::shmctl(_segment.shmid, IPC_RMID, nullptr);
     }
     ~SharedPicture() {

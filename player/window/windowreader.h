@@ -10,8 +10,7 @@ struct _XDisplay;
 
 namespace zetplay {
 
-/// Reads the pixels of windows. The memory for that stays, since a recording would else ask for much of it with each
-/// picture.
+/// Reads the pixels of windows. Keeps its memory: a recording would otherwise allocate much of it for each picture.
 class WindowReader {
 public:
     explicit WindowReader(_XDisplay* display);

@@ -39,11 +39,11 @@ void GlobalConfiger::setPlayer(IZETMediaPlayer* player) {
 }
 
 char* GlobalConfiger::GetFontPath() {
-    // A copy for the asking thread: the player may say another path while this one is being read.
+    // A copy for the asking thread: the player may set another path while this one is being read.
     thread_local std::string answer;
     const std::lock_guard lock(_settings->mutex);
     answer = _settings->fontPath;
-    return answer.data();  // NOLINT(clang-analyzer-cplusplus.InnerPointer): stays until this thread asks again
+    return answer.data();  // NOLINT(clang-analyzer-cplusplus.InnerPointer): valid until this thread asks again
 }
 
 std::int64_t GlobalConfiger::GetStartTime4WaterMarker() {

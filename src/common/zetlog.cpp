@@ -10,7 +10,7 @@ namespace zet {
 namespace {
 
 struct Target {
-    std::atomic<LogLevel> most = LogLevel::off;  // what is taken; off without a sink
+    std::atomic<LogLevel> most = LogLevel::off;  // highest level that the sink takes; off without a sink
     std::mutex mutex;                            // held while the sink runs
     ZETLog::Sink sink = nullptr;
     void* user = nullptr;

@@ -19,7 +19,7 @@ std::uint32_t bitsOf(const void* word) {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(word));
 }
 
-constexpr std::int64_t firstGiven = displayConfigId(0x90000000);  // identifiers that all players of the interface share
+constexpr std::int64_t firstGiven = displayConfigId(0x90000000);  // the common list
 constexpr int givenSlots = 33;
 constexpr std::int64_t firstOwn = displayConfigId(0x90000101);  // this module's own
 constexpr int ownSlots = 8;
@@ -28,7 +28,7 @@ constexpr int ownSlots = 8;
 
 DisplayConfig::DisplayConfig() : _slots(new DisplayConfigData[givenSlots + ownSlots]) {}
 
-DisplayConfig::~DisplayConfig() = default;  // an array goes in reverse order: the last slot first
+DisplayConfig::~DisplayConfig() = default;  // destroys the last slot first
 
 DisplayConfig::DisplayConfigData* DisplayConfig::findSlot(std::int64_t id) {
     if (id >= firstGiven && id < firstGiven + givenSlots) return &_slots[static_cast<std::size_t>(id - firstGiven)];

@@ -9,7 +9,7 @@ namespace zet {
 
 namespace {
 
-// A number that never comes again, so that a handle which has outlived its registration ends no other one.
+// A number that is never used twice: a stale handle must not end another registration.
 void* newHandle() {
     static std::atomic<std::uintptr_t> last = 0;
     return reinterpret_cast<void*>(++last);
@@ -17,7 +17,7 @@ void* newHandle() {
 
 }  // namespace
 
-/// A walk over the observers. Ends also where an observer throws; then the setter hears of it.
+/// A walk over the observers. Also ends when an observer throws, and lets the exception pass to the setter.
 class DisplayConfig::DisplayConfigData::Walk {
 public:
     Walk(DisplayConfigData& walked, unsigned event) : slot(walked), leaf(walked._leaf), _outerState(walked._state) {
@@ -32,7 +32,7 @@ public:
         }
         slot._observers.remove(nullptr);
         const auto retired = std::exchange(slot._retired, {});
-        leaf.unlock();  // the blocks go outside the lock
+        leaf.unlock();  // free the blocks outside the lock
     }
     Walk(const Walk&) = delete;
     Walk& operator=(const Walk&) = delete;
@@ -111,7 +111,7 @@ void* DisplayConfig::DisplayConfigData::registObserver(DisplayConfig& bus, std::
 }
 
 bool DisplayConfig::DisplayConfigData::unRegistObserver(const void* handle) {
-    std::shared_ptr<Registration> registration;  // goes after the lock
+    std::shared_ptr<Registration> registration;  // destroyed after the lock
     const std::lock_guard leaf(_leaf);
     const auto found = std::find_if(_observers.begin(), _observers.end(),
                                     [handle](const auto& entry) { return entry && entry->_unRegistHandle == handle; });
@@ -121,7 +121,6 @@ bool DisplayConfig::DisplayConfigData::unRegistObserver(const void* handle) {
     return true;
 }
 
-// Takes the delivery lock.
 std::unique_lock<std::recursive_mutex> DisplayConfig::DisplayConfigData::enter() {
     std::unique_lock delivery(_delivery, std::try_to_lock);
     if (delivery) return delivery;
@@ -138,11 +137,11 @@ std::unique_lock<std::recursive_mutex> DisplayConfig::DisplayConfigData::enter()
     return delivery;
 }
 
-// Calls those whose mask meets `event`, in their order. Under the delivery lock.
+// Calls those whose mask shares a bit with `event`, in their order. Under the delivery lock.
 void DisplayConfig::DisplayConfigData::doEvent(DisplayConfig& bus, unsigned event) {
     Walk walk(*this, event);
     for (const auto& entry : _observers) {
-        // Shared for the length of the call: another thread may end the registration meanwhile.
+        // Shared: another thread may end the registration during the call.
         auto registration = entry;
         if (!registration || (registration->_flag & event) == 0) continue;
         // An older value that another thread is replaying comes first.
@@ -153,7 +152,7 @@ void DisplayConfig::DisplayConfigData::doEvent(DisplayConfig& bus, unsigned even
         const bool isInForce = entry != nullptr;
         walk.leaf.unlock();
         if (isInForce) registration->callback(bus, *registration);
-        registration.reset();  // may be the last: what the observer holds goes outside the lock
+        registration.reset();  // may be the last owner: what the observer holds is freed outside the lock
         walk.leaf.lock();
     }
 }

@@ -15,11 +15,11 @@ namespace zet {
 ///
 /// Two locks. The delivery lock is held by a setter while it calls the observers, so that sets come one after another.
 /// It is recursive: an observer may set its own identifier. The leaf lock guards value and list for a moment at a time,
-/// and no observer is called under it. Registrations come and go under the leaf lock alone: they never wait for a
+/// and no observer is called under it. Registering and unregistering take the leaf lock alone: they never wait for a
 /// setter, who may be waiting for them.
 ///
-/// A replay is a delivery of its own, from a copy of the value. It holds neither lock. Setters wait for it in front of
-/// the one observer that is being replayed.
+/// A replay is a delivery of its own, from a copy of the value. It holds neither lock. Setters wait for its end before
+/// they call the observer that is being replayed.
 class DisplayConfig::DisplayConfigData {
 public:
     /// A word by value, or a block that the slot owns.
@@ -40,7 +40,7 @@ public:
     /// Whether `handle` was one of this slot's.
     bool unRegistObserver(const void* handle);
 
-    // What a delivery shows.
+    // What a delivery hands to the observer.
     std::int64_t configId() const { return _configId; }
     const Value& value() const { return _value; }
     void* lastWord() const { return _lastValue.word; }
@@ -50,7 +50,7 @@ public:
 private:
     struct Registration : DisplayConfigUserData {
         Callback callback;
-        std::thread::id replayer;  // the thread that the stored value is being replayed on
+        std::thread::id replayer;  // the thread that replays the stored value
     };
     class Walk;
     class Turn;

@@ -5,9 +5,9 @@
 
 namespace zet {
 
-/// What stands between the bus and an object that observes it. A call that another thread has begun may arrive when
-/// the object is going or gone: it must get in through the door before it touches the object, and the object's end
-/// closes the door and waits for those that are inside.
+/// Guards an object that observes the bus. A call that another thread has begun may arrive while the object is being
+/// destroyed or later. A call must pass the door before it touches the object. The destruction closes the door and
+/// waits for the calls inside.
 ///
 /// Observers hold the door by shared pointer, since it outlives the object. Any thread.
 class Door {

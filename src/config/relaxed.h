@@ -7,8 +7,8 @@ namespace zet {
 /// A number that gestures write on the setter's thread while the render thread steps it: each load and each store is
 /// whole, nothing is ordered and nothing waits.
 ///
-/// What follows from the number itself is stored by `update` or a compound assignment, never by an assignment: what
-/// another thread has stored since the load would be lost, also where the stored number is the loaded one.
+/// A new number that is computed from the old one is stored by `update` or a compound assignment, never by an
+/// assignment. That would lose what another thread has stored since the load, even if it stores the loaded number.
 template <typename T>
 class Relaxed {
 public:

@@ -6,15 +6,15 @@
 
 namespace zet::ZETShow {
 
-/// A condition variable that works with any lock and loses no wake-up, whatever lock the waker's change was made
-/// under: the waiter tests under the condition's own lock, and the waker passes through that lock after its change.
+/// A condition variable that works with any lock. It loses no wake-up, whatever lock the waker held for its change: the
+/// waiter tests under the condition's own lock, and the waker takes and releases that lock after its change.
 ///
 /// Lock order: the waiter's lock, then the condition's. The condition's lock is a leaf: nothing is taken under it.
 class Condition {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Releases `lock` while `blocked()` holds. Sleeps with no timer.
+    /// Waits, with `lock` released, until `blocked()` is false. Sleeps without a timer.
     template <typename Lock, typename Blocked>
     void waitWhile(Lock& lock, const Blocked& blocked) {
         for (;;) {
@@ -27,7 +27,7 @@ public:
         }
     }
 
-    /// The same, and at the latest until `deadline`.
+    /// The same, but no longer than until `deadline`.
     template <typename Lock, typename Blocked>
     void waitWhileUntil(Lock& lock, Clock::time_point deadline, const Blocked& blocked) {
         for (bool timeIsUp = false; !timeIsUp;) {

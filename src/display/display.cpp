@@ -18,7 +18,7 @@ namespace ZETShow {
 Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigKit(config), RenderThread(global) {
     ZETLog::instance().debug("Display::Display begin");
     _door->open();
-    // Where to draw, before the thread comes up there.
+    // Before the thread starts, which connects to it.
     observe(DCFG_NATIVE_DISPLAY, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onNativeDisplay);
     observe(DCFG_OFFSCREEN_SIZE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onOffscreenSize);
     run();
@@ -62,7 +62,7 @@ bool Display::end() {
     }
     _taskDoneCond.notifyAll();
     unRegistAll();
-    _door->close();  // the threads that have just been released from postTask are still on their way out
+    _door->close();  // threads just released from postTask are still inside
     ZETLog::instance().debug("Display::~Display end");
     return ended;
 }
@@ -89,7 +89,7 @@ int Display::onWindowInstance(DisplayConfig&, DisplayConfigUserData& delivery) {
     return 0;
 }
 
-// A replay comes before the render thread is there.
+// The replay comes before the render thread exists.
 int Display::onNativeDisplay(DisplayConfig&, DisplayConfigUserData& delivery) {
     void* const native = delivery.getData();
     if (delivery.getState() & int{DCFG_FLAG_REPLAY}) {

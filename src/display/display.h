@@ -24,7 +24,7 @@ namespace zet::ZETShow {
 
 class Render;
 
-/// What the player holds: one render thread with its EGL objects, the current frame and the view that draws it.
+/// The object that the player holds: one render thread with its EGL objects, the current frame and the view.
 ///
 /// Commands arrive over the bus on the setters' threads; what touches EGL, GL or the frame is posted to the render
 /// thread, which holds `_mutex` whenever it isn't waiting. Lock order: a slot of the bus, `_mutex`, a condition's own.
@@ -32,7 +32,7 @@ class Display final : public DisplayConfigKit, public RenderThread {
 public:
     Display(DisplayConfig* config, GlobalConfiger* global);
 
-    /// Ends a display. One whose render thread is stuck in the driver stays in memory, with what the driver may touch.
+    /// Ends a display. If its render thread is stuck in the driver, it stays in memory with what the driver may touch.
     /// Any thread but the render thread.
     static void release(Display* display);
 
@@ -62,7 +62,7 @@ private:
     void waitForPace();
     void waitForWork();
     void runTasks();
-    /// Waits for the render thread while `blocked()` holds; false if that is stuck in the driver.
+    /// Waits until `blocked()` is false; false if the render thread is stuck in the driver.
     template <typename Blocked>
     bool waitForThread(std::unique_lock<std::recursive_mutex>& lock, const Blocked& blocked) {
         while (blocked() && !_gaveUp) {
@@ -95,7 +95,7 @@ private:
     void loseServer();
     void tell(int code, const char* what, int line);
     int tellEgl(const char* call, int line);
-    /// What GL holds of view and frame.
+    /// Deletes what GL holds of view and frame.
     void dropPicture();
 
     // displayframe.cpp. Render thread.
@@ -107,19 +107,18 @@ private:
     int colorTask(const DisplayConfigUserData& delivery);
     /// What the mode in force shows of the frame; the square for a mode that no view has.
     ShownPart shownPart() const;
-    /// Works the lens region out as the mode in force wants it.
     void findRegion();
     int drawFrame();
     bool drawPicture();
 
     // displaysnap.cpp. Render thread.
     int snapTask(const DisplayConfigUserData& delivery);
-    /// Draws anew where the window has another size than at the last draw: the picture in it has not.
+    /// Draws again if the window's size has changed since the last draw: its picture still has the old size.
     void matchSurface();
     void finishPicture(const SnapData& snap, bool topRowFirst);
 
     static constexpr int drawsPerRequest = 30;
-    static constexpr std::chrono::milliseconds patience{250};  // with a swap to a server that is gone
+    static constexpr std::chrono::milliseconds patience{250};  // for a swap to a server that is gone
 
     // The render thread and its mailbox: all but the atomics change only under `_mutex`.
     std::thread _thread;
@@ -131,22 +130,22 @@ private:
     int _threadEnded = 0;                      // no task runs from now on
     int _frameReady = 0;                       // a frame has been uploaded and not yet drawn
     std::atomic<int> _redrawCount = 0;         // draws owed without a new frame
-    std::vector<std::function<int()>> _tasks;  // what is queued or being run: emptied when all have run
+    std::vector<std::function<int()>> _tasks;  // queued or running; emptied when all have run
     Condition _taskDoneCond;
     Condition::Clock::time_point _lastDraw;
-    std::optional<Condition::Clock::time_point> _swapBegan;  // set while the driver swaps, without `_mutex`
+    std::optional<Condition::Clock::time_point> _swapBegan;  // set during a swap, which runs without `_mutex`
     bool _gaveUp = false;                                    // the render thread won't come back
     std::uint32_t _drawCount = 0;                            // pictures shown
 
     // The frame and its view. Render thread.
     int _surfaceWidth = 0;  // pixels, as of the last draw
     int _surfaceHeight = 0;
-    int _renderMode = RENDER_MODE_FLAT;         // as it was set: no view may have it
+    int _renderMode = RENDER_MODE_FLAT;         // as it was set; may be the number of no view
     std::unique_ptr<std::uint8_t[]> _uvBuffer;  // U and V interleaved
     int _uvBufferSize = 0;                      // bytes in use by the last frame
-    bool _refusing = false;                     // the last frame was refused, and that has been said
+    bool _refusing = false;                     // the last frame was refused, and the log says so
     Frame _frame;
-    std::unique_ptr<FrameReader> _reader;  // made at the first snapshot, gone with the window
+    std::unique_ptr<FrameReader> _reader;  // made at the first snapshot, freed with the window
     std::shared_ptr<Render> _render;
 
     // EGL. Render thread, except that a setter writes `_window`.
@@ -161,7 +160,7 @@ private:
     OffscreenSize _offscreenSize;
     bool _surfaceWanted = false;      // the player has given a window or a size
     EGLint _swapError = EGL_SUCCESS;  // of the last swap
-    bool _failureTold = false;        // that there is no surface, since the last window or size
+    bool _failureTold = false;        // the missing surface has been reported since the last window or size
 };
 
 }  // namespace zet::ZETShow

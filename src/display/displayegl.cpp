@@ -158,7 +158,7 @@ int Display::takeSurface() {
     return 0;
 }
 
-// EGL makes pixel buffers that GL doesn't fill. How large they may be can't be known before a context is current.
+// EGL makes pixel buffers larger than GL can draw. GL tells its limit only while a context is current.
 bool Display::sizeIsDrawable(const OffscreenSize& size) {
     GLint limits[2] = {INT_MAX, INT_MAX};
     if (_eglSurface && eglGetCurrentContext() == _eglContext) glGetIntegerv(GL_MAX_VIEWPORT_DIMS, limits);
@@ -188,7 +188,7 @@ void Display::dropSurface() {
     log.debug("Display::onWindowInstance begin surface delete begin");
     if (_eglContext && _eglSurface) {
         dropPicture();
-        _frameReady = 0;  // a frame not yet drawn is gone too, and would keep out the first one of the new window
+        _frameReady = 0;  // a frame not yet drawn is lost too; marked as ready it would block the new window's first
         eglMakeCurrent(_eglDisplay, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     }
     if (_eglSurface) {  // also where there is no context yet: a window takes one surface at a time
@@ -219,7 +219,7 @@ int Display::swapBuffers() {
         loseServer();
         return -1;
     }
-    // Without the lock: a swap to a server that dies meanwhile may never return, and nobody shall wait for it then.
+    // Without the lock: a swap to a server that dies meanwhile may never return, and nobody must wait for it.
     _swapBegan = Condition::Clock::now();
     _mutex.unlock();
     const EGLBoolean swapped = eglSwapBuffers(_eglDisplay, _eglSurface);
@@ -245,7 +245,7 @@ int Display::tellEgl(const char* call, int line) {
     return -1;
 }
 
-// A failure is told once for each window: tries go on with each frame. Without a window nobody misses a picture, and
+// A failure is reported once for each window, though each frame tries again. Without a window nobody misses a picture:
 // the log is enough.
 void Display::tell(int code, const char* what, int line) {
     const bool always = code == DISPLAY_ERROR_UNSUPPORTED;

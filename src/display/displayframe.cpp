@@ -47,7 +47,7 @@ bool Display::frameIsSound(const YUV420PData& frame) {
         ZETLog::instance().warning("Display::onRenderYUV420PData refused width: %d height: %d lines: %d %d limit: %d",
                                    frame.width, frame.height, frame.yLineSize, frame.uvLineSize, limit);
     }
-    _refusing = !sound;  // a stream of such frames is told of once
+    _refusing = !sound;  // a run of such frames is logged once
     return sound;
 }
 
@@ -122,7 +122,7 @@ int Display::drawFrame() {
     if (!eglQuerySurface(_eglDisplay, _eglSurface, EGL_HEIGHT, &_surfaceHeight)) return -1;
     const bool drawn = makeCurrent() == 0 && drawPicture();
     if (swapBuffers() != 0) return -1;
-    _lastDraw = Condition::Clock::now();  // before the notice: who hears of it may count on the pace from now on
+    _lastDraw = Condition::Clock::now();  // before the notice: its observers may count on the pace from now on
     if (drawn) _config->setConfig(DCFG_DRAWN, ++_drawCount);
     return 0;
 }

@@ -35,7 +35,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
         snap->width = viewport.width;
         snap->height = viewport.height;
     } else if (shownPart() != ShownPart::frame && _frame.isCropped) {
-        // Only a part of the frame is in force; the player has the whole of it, top row first.
+        // The view uses only a part of the frame; the player has the whole of it, top row first.
         _config->setConfig(DCFG_FRAME_READ, snap);
         topRowFirst = true;
     } else {
@@ -50,7 +50,7 @@ int Display::snapTask(const DisplayConfigUserData& delivery) {
 
 void Display::matchSurface() {
     if (_drawCount == 0) return;
-    // Reading makes the driver take the window's size; one pixel is there at any size.
+    // Reading makes the driver update the surface's size; one pixel exists at any size.
     std::uint8_t pixel[4];
     FrameReader::readScreen({0, 0, 1, 1}, pixel, sizeof pixel);
     EGLint width = 0;

@@ -58,7 +58,7 @@ void Display::waitForWork() {
 }
 
 void Display::runTasks() {
-    // By number: a swap inside a task lets others in, which may post.
+    // By index: a swap inside a task releases the lock, and others may post.
     for (std::size_t i = 0; i < _tasks.size(); ++i) {
         const auto task = std::move(_tasks[i]);
         task();
@@ -74,8 +74,8 @@ int Display::postTask(const std::function<int()>& task) {
     _tasks.push_back(task);
     _idleCond.notifyOne();
     _paceCond.notifyOne();
-    // Not only until the exit is asked for: the thread runs what is queued on its way out, and the task may use what
-    // is on this thread's stack.
+    // An exit request doesn't end the wait: the render thread still runs what is queued, and the task may use this
+    // thread's stack.
     waitForThread(lock, [this] { return hasTask() && !_threadEnded; });
     return 0;
 }
@@ -86,7 +86,7 @@ bool Display::isStuck() const {
 
 void Display::giveUp() {
     _gaveUp = true;
-    _tasks.clear();  // their posters go
+    _tasks.clear();  // their posters return
     _taskDoneCond.notifyAll();
     tell(DISPLAY_ERROR_STUCK, "the driver doesn't return from a swap to a server that is gone", __LINE__);
 }

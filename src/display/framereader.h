@@ -11,13 +11,13 @@
 
 namespace zet::ZETShow {
 
-/// Whether `size` bytes hold an RGBA picture of that many pixels; false where there is no such picture.
+/// Whether `size` bytes hold an RGBA picture of these sides; false for sides below 1.
 constexpr bool holdsPicture(int size, int width, int height) {
     return width > 0 && height > 0 && std::int64_t{width} * height <= size / 4;
 }
 
-/// Pixels back to memory, RGBA, bottom row first: what the window shows, or the frame itself, which is drawn beside the
-/// window for that. Render thread, with the context current.
+/// Reads pixels into memory, RGBA, bottom row first: what the window shows, or the frame itself, which is drawn
+/// offscreen for that. Render thread, with the context current.
 class FrameReader {
 public:
     FrameReader() = default;
@@ -34,7 +34,7 @@ public:
 private:
     int makeReady(const Frame& frame);
 
-    // Made at the first need.
+    // Made at the first use.
     FrameProgram _program;
     Mesh _quad;
     GLuint _frameBuffer = 0;

@@ -65,7 +65,7 @@ Platform::Platform(Kind wanted, void* nativeDisplay) : _wanted(wanted) {
 #endif
     if (_display) return;
     _connection.reset();
-    // EGL's own choice has windows, pixel buffers or both.
+    // The display that EGL chooses itself offers windows, pixel buffers or both.
     _display =
         eglGetDisplay(wanted == Kind::wayland ? static_cast<EGLNativeDisplayType>(nativeDisplay) : EGL_DEFAULT_DISPLAY);
 }

@@ -42,7 +42,7 @@ public:
     EGLSurface createWindowSurface(EGLConfig config, void* window) const;
     /// Null if it failed or there is no pixel buffer that large.
     EGLSurface createOffscreenSurface(EGLConfig config, const OffscreenSize& size) const;
-    /// Whether the next swap finds somebody who takes it. A false one remains.
+    /// Whether there is still a server to take the next swap. Once false, it stays false.
     bool canSwap() const;
 
     /// False when the display server is gone. Any thread.

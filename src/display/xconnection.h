@@ -26,7 +26,7 @@ public:
     bool windowSize(std::uintptr_t window, int& width, int& height) const;
     /// Whether the server is still there, as far as it can be told without asking it. Any thread.
     bool isAlive() const;
-    /// The same, with what has arrived until now read first. Any thread.
+    /// The same, after reading what has arrived by now. Any thread.
     bool isAliveNow() const;
 
 private:

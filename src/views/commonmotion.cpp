@@ -93,7 +93,7 @@ void CommonMotion::stepZoomAnimation() {
 }
 
 void CommonMotion::setMaxScale(float maxScale) {
-    // Under 1 the two bounds would push the zoom back and forth.
+    // Below 1 the upper bound would undercut the lower one, and the zoom would jump between them.
     _maxScale = std::clamp(maxScale, 1.0f, greatestScale);
     clampScale();
 }

@@ -7,7 +7,7 @@ namespace zet::ZETShow {
 
 /// Zoom and pan of the flat view. Gestures and the animation change its numbers, `CommonRender` draws them.
 ///
-/// A zoom of 1 fits the whole picture. Pan is in view units, 2 of which span the fitted picture; positive moves the
+/// A zoom of 1 fits the whole picture. Pan is in view units, 2 of which span the fitted picture. Positive pan moves the
 /// picture right and up.
 struct CommonMotion final : Motion {
     // Setter's thread. Gestures beside the surface of the last layout do nothing.

@@ -16,7 +16,7 @@ constexpr double wholeTurn = 2.0 * std::numbers::pi;      // radians
 constexpr float restEyeZ = 2.0f;                          // the camera's z at a zoom of 0
 constexpr float pinchStep = 0.03375f;
 constexpr float flightStep = 0.02f;                                 // a frame
-constexpr float outerBorder = CylinderSideMotion::_zoomMax - 0.2f;  // at rest from here on counts as out
+constexpr float outerBorder = CylinderSideMotion::_zoomMax - 0.2f;  // a view at rest counts as out from here on
 
 }  // namespace
 
@@ -28,8 +28,7 @@ CylinderSideMotion::Phase CylinderSideMotion::phase() const {
 void CylinderSideMotion::turn(double radians) {
     _pan.update([radians](float before) {
         double pan = before + radians;
-        // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is
-        // seen.
+        // After days of turning a float would be too large to add a frame's step to. Whole turns are invisible.
         if (std::fabs(pan) > greatestPan) pan = std::remainder(pan, wholeTurn);
         return static_cast<float>(pan);
     });
@@ -98,7 +97,7 @@ void CylinderSideMotion::fly(float zoomStep, bool arrived) {
 
 void CylinderSideMotion::classifyRest() {
     const int in = _zoom < outerBorder;
-    if (in == _zoomIn) return;  // and no store, which could undo a tap that comes at this moment
+    if (in == _zoomIn) return;  // a store could undo a tap that comes at this moment
     _zoomIn = in;
     _zoomPhase = !in;
 }

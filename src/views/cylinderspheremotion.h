@@ -5,7 +5,7 @@
 
 namespace zet::ZETShow {
 
-/// Where the camera is before a shape and how far the shape may be tilted. Degrees and scene units.
+/// Where the camera is in front of a shape, and how far the shape may tilt. Degrees and scene units.
 struct CylinderSpherePose {
     float eyeBase;     // camera distance beyond the radius
     float approach;    // how much of it the camera gives up on the way to `tiltMax`
@@ -47,7 +47,7 @@ struct CylinderSphereMotion final : Motion {
     bool pinch(float factor) override;
     void setAutoRotate(bool on, float) override;  // at one speed
 
-    /// One frame: limits, the angles and the camera to draw with, and then the turn by itself. Render thread.
+    /// One frame: limits, the angles and the camera to draw with, then the automatic turn. Render thread.
     void step() override;
 
     const CylinderSpherePose _pose;

@@ -25,13 +25,13 @@ constexpr float offRestTravel = -0.1f;   // at the far pose
 constexpr float springStep = 1.0f;       // degrees a frame
 constexpr float openingStart = 0.2f;     // camera at the start of the opening flight, less `_startLift`
 constexpr float backLift = 1.0f;         // `_startLift` with a backdrop
-constexpr float bareLift = 2.1f;         // and without
+constexpr float bareLift = 2.1f;         // `_startLift` without one
 constexpr float backFarEyeZ = HalfSphereMotion::_radius * 1.5f - 1.0f - 0.9f;
 constexpr float bareFarEyeZ = HalfSphereMotion::_radius + 0.1f;
 
 // Flights.
 constexpr float animStep = 0.12f;          // of the countdown, a frame
-constexpr float pitchSpanDivisor = 20.0f;  // degrees count as so many times less than lengths
+constexpr float pitchSpanDivisor = 20.0f;  // so many degrees count as one unit of length
 constexpr float pitchStep = 2.4f;          // 20 times `animStep`
 constexpr float returnYawRate = pitchStep * 10.0f;
 constexpr float openingYawRate = pitchStep * 1.9f * 10.0f;  // one full turn with a backdrop
@@ -44,7 +44,8 @@ void startWay(float from, float to, float& span, int& sign) {
     sign = to > from ? 1 : to < from ? -1 : 0;
 }
 
-// A number that has less than a step to go stops where it is; so does one that a setting has carried past its target.
+// Steps towards `to`. With less than a step left the number stops where it is. It also stops where a setting has moved
+// the target behind it.
 float advance(float from, float to, float step, int& sign) {
     const float value = from + step * static_cast<float>(sign);
     if (step > (to - value) * static_cast<float>(sign)) sign = 0;
@@ -100,7 +101,7 @@ bool HalfSphereMotion::stepSpring() {
         return true;
     }
     if (!fingerUp && _wasFingerUp && tilted) {
-        // A finger has caught the springing view: it goes on from where it is.
+        // A finger has caught the springing view, which goes on from here.
         _tiltSeen = true;
         _travel = (_viewTarget == 0 ? _pitch : _pitch - _nearPitch) / pitchPerTravel;
     }
@@ -149,7 +150,7 @@ void HalfSphereMotion::startFlight(const Pose& target) {
     _animating = 1;
 }
 
-// True when the flight is over. The rest rule of the next frame puts the view on the pose itself.
+// True when the flight is over. The next frame's rest rule then sets the exact pose.
 bool HalfSphereMotion::flyTo(const Pose& target) {
     if (!_animating) startFlight(target);
     const float shownLeft = _animLeft;
@@ -160,7 +161,7 @@ bool HalfSphereMotion::flyTo(const Pose& target) {
         return true;
     }
     if (!_eyeSign && !_pitchSign && !_moveZSign && !_moveYSign) {
-        // A setting has brought the target nearer: the yaw settles where it is shown.
+        // All four arrived early, since a setting has brought the target nearer: the yaw stays as shown.
         _animTotal -= shownLeft;
         _animLeft = 0.0f;
         return true;
@@ -187,8 +188,8 @@ void HalfSphereMotion::stepYaw() {
     _shownYaw = _yaw + (_animTotal - _animLeft) * _yawRate;
 }
 
-// On the way to near the tapped direction turns to the top of the screen, where the near pose looks. It stops short by
-// up to 10 degrees for a tap on the upper half and up to 55 on the lower one.
+// On the way to near the tapped direction turns to the top of the screen, where the near pose looks. The turn stops
+// short by up to 10 degrees for a tap on the upper half, by up to 55 for one on the lower half.
 float HalfSphereMotion::yawRate() const {
     if (!_towardNear) return _opening ? openingYawRate : returnYawRate;
     const float a = _tapAngle;
@@ -241,7 +242,7 @@ void HalfSphereMotion::restFar() {
     }
 }
 
-// Straight between the near pose and the low one.
+// Linear between the near pose and the low one.
 void HalfSphereMotion::tiltPastNear(float pitch) {
     const float u = (pitch - _lowPitch) / (_nearPitch - _lowPitch);
     _pitch = pitch;
@@ -250,7 +251,7 @@ void HalfSphereMotion::tiltPastNear(float pitch) {
     _moveZ = _lowMoveZ + (_nearMoveZ - _lowMoveZ) * u;
 }
 
-// Straight between the far pose and `end`.
+// Linear between the far pose and `end`.
 void HalfSphereMotion::blendFromFar(const Pose& end, float pitch) {
     const float u = (pitch - end.pitch) / (0.0f - end.pitch);
     _pitch = pitch;
@@ -320,7 +321,7 @@ void HalfSphereMotion::setSceneBackdrop(bool backdrop, bool stars) {
     const bool atStart = _opening && _eyeZ == openingStart - _startLift;
     _farEyeZ = backdrop ? backFarEyeZ : bareFarEyeZ;
     _startLift = backdrop ? backLift : bareLift;
-    if (atStart) _eyeZ = openingStart - _startLift;  // no frame yet: the flight begins where it does with this one
+    if (atStart) _eyeZ = openingStart - _startLift;  // no frame yet: start the flight where this backdrop has it
     _showBack = backdrop;
     _showPoints = stars;
 }

@@ -6,12 +6,12 @@
 
 namespace zet::ZETShow {
 
-/// Pose of the half sphere and of the scene round it: gestures, flights and springs change its numbers, one `step` a
-/// frame, and `HalfSphereRender` draws them.
+/// Pose of the half sphere and of the scene round it. Gestures, flights and springs change its numbers, one `step` a
+/// frame; `HalfSphereRender` draws them.
 ///
-/// Angles are degrees, lengths are scene units, in which the bowl has a radius of 6. A positive yaw turns the picture
-/// clockwise. The path of the poses runs from far, where the whole bowl is seen, over near, which looks along its wall,
-/// to low, which looks at its rim; positions between them are given by `_travel`.
+/// Angles are degrees, lengths are scene units: the bowl's radius is 6. A positive yaw turns the picture clockwise. The
+/// poses form a path. It runs from far, which sees the whole bowl, over near, which looks along its wall, to low, which
+/// looks at its rim. `_travel` is the place on it.
 struct HalfSphereMotion final : Motion {
     /// At the start of the opening flight, with backdrop and stars.
     HalfSphereMotion();
@@ -22,7 +22,7 @@ struct HalfSphereMotion final : Motion {
     /// One step along the path in the direction of `factor`, whatever its size.
     bool pinch(float factor) override;
     bool drag(float x1, float y1, float x2, float y2) override;
-    /// Flies to the other rest pose, or back to the one that gestures have left, and turns what was tapped to the top.
+    /// Flies to the other rest pose, or back to one that gestures have left, and turns the tapped place to the top.
     bool doubleTap(float x, float y) override;
     void setAutoRotate(bool on, float speed) override;
     void setOpeningFlight(bool on) override;
@@ -32,10 +32,10 @@ struct HalfSphereMotion final : Motion {
     void step() override;
     /// How the picture is spread over the bowl: 0 at the near pose and below it, `_remotenessMax` at the far one.
     float remoteness() const;
-    /// Camera for the scene behind the bowl: as far away as the bowl's at the far pose, and ahead of it on the way
-    /// near.
+    /// Camera for the scene behind the bowl: at the far pose as far away as the bowl's camera; on the way to near it is
+    /// ahead of it.
     float parallaxEyeZ() const;
-    /// As long as the scene moves by itself.
+    /// While the scene moves by itself.
     bool asksForDraws() const override { return _opening || _showBack || _showPoints; }
 
     /// A rest pose in which the view is settled, or the one it flies to.
@@ -70,7 +70,7 @@ struct HalfSphereMotion final : Motion {
     Relaxed<bool> _showBack = true;
     Relaxed<bool> _showPoints = true;
     Relaxed<float> _farEyeZ = 7.1f;
-    Relaxed<float> _startLift = 1.0f;  // how far below 0.2 the opening flight starts
+    Relaxed<float> _startLift = 1.0f;  // the opening flight starts this far below 0.2
 
     // Gestures and frames.
     Relaxed<int> _viewTarget = 0;    // the rest pose asked for: 0 far, 1 near
@@ -86,10 +86,10 @@ struct HalfSphereMotion final : Motion {
     float _moveZ = 0.0f;     // of the scene
     float _moveY = 0.0f;     // of the scene
     float _shownYaw = 0.0f;  // of the bowl in this frame
-    bool _tiltSeen = false;  // at or past the near pose since the view last settled at the far one
+    bool _tiltSeen = false;  // has been at or past the near pose since it last settled at the far one
     bool _wasFingerUp = false;
 
-    // The flight between rest poses: a countdown by a fixed step a frame, in which all four numbers arrive together.
+    // The flight between rest poses: a countdown by a fixed step a frame. All four numbers arrive at its end.
     int _animating = 0;  // started, and no rest rule has run since
     int _towardNear = 0;
     float _animLeft = 0.0f;   // of the countdown

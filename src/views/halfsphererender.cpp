@@ -1,5 +1,5 @@
 // What a person sees: the round picture as the inside of a bowl. From far the whole bowl, nearly as the lens drew it;
-// from near the view along its wall, as if one stood in the room; under a finger that tilts further, its rim. A double
+// from near the view along its wall, as from inside the room; under a finger that tilts further, its rim. A double
 // tap flies between far and near and turns what was tapped to the top, drags and pinches do the way by hand, and a
 // tilt beyond near springs back. A new view opens with a flight out of the bowl, in which it turns once. Behind it
 // are a halo and stars: see halfspherescene.

@@ -64,7 +64,7 @@ bool MultiViewMapMotion::stepSpring() {
             _travel = 0.0f;
         }
     } else if (!fingerUp && _wasFingerUp && _pitch <= nearPitch) {
-        // Caught: the finger goes on from the pose it has caught.
+        // A finger has caught the springing view, which goes on from here.
         _tiltSeen = true;
         _travel = (_pitch - nearPitch) / lowStep;
     }
@@ -94,7 +94,7 @@ void MultiViewMapMotion::followLowPath() {
 }
 
 bool MultiViewMapMotion::touchDown(float x, float y) {
-    // The halves of the surface count, not the panes: the margins belong to the panes beside them.
+    // The surface is split in halves: each margin belongs to the pane beside it.
     const auto width = static_cast<float>(_size._lastWidth);
     const auto half = static_cast<float>(_size._lastWidth / 2);
     const auto height = static_cast<float>(_size._lastHeight);
@@ -126,7 +126,7 @@ bool MultiViewMapMotion::drag(float x1, float y1, float x2, float y2) {
 void MultiViewMapMotion::aimFromMap(float x, float y) {
     const std::int64_t width = _size._lastWidth;
     const std::int64_t height = _size._lastHeight;
-    // From the middle of the left half, mirrored.
+    // Measured from the middle of the left half, mirrored.
     const float dx = static_cast<float>(width / 2) - x - static_cast<float>(width / 4);
     const float dy = y - static_cast<float>(height / 2);
     if (dx != 0.0f || dy != 0.0f) {  // the middle itself has no direction
@@ -150,8 +150,7 @@ void MultiViewMapMotion::fling(float velocityX, float) {
 void MultiViewMapMotion::turn(float angle) {
     _yaw.update([angle](float before) {
         const float yaw = heldSum(before, angle);
-        // A float that grows for days of turning would lose the step of a frame. Whole turns change nothing that is
-        // seen.
+        // After days of turning a float would be too large to add a frame's step to. Whole turns are invisible.
         return std::fabs(yaw) > greatestYaw ? dropWholeTurns(yaw) : yaw;
     });
 }

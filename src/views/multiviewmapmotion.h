@@ -10,13 +10,13 @@ namespace zet::ZETShow {
 /// The two cameras of the map view, of which only the detail's ever moves. Gestures and frames change its numbers,
 /// `MultiViewMapRender` draws them. Touch coordinates are surface pixels, origin at the top left corner.
 ///
-/// The detail's path runs from straight at the pole, `_travel` about 4.56, over the near pose at 0, a look along the
-/// wall, to the low pose at about -1.51, which only a finger holds: from there the pose springs back.
+/// The detail's poses form a path, and `_travel` is the place on it: the look straight at the pole at about 4.56, the
+/// near pose along the wall at 0, the low pose at about -1.51. Without a finger the pose springs back from below 0.
 struct MultiViewMapMotion final : Motion {
     // Setter's thread.
     bool touchDown(float x, float y) override;
     bool touchUp(float x, float y) override;
-    /// Lets go of the detail, no more.
+    /// Only lets go of the detail.
     bool doubleTap(float x, float y) override { return touchUp(x, y); }
     bool drag(float x1, float y1, float x2, float y2) override;
     void setAutoRotate(bool on, float speed) override;
@@ -24,9 +24,9 @@ struct MultiViewMapMotion final : Motion {
     // Render thread.
     /// One step of the automatic turn, then of the pose.
     void step() override;
-    /// The detail's camera into the view matrix.
+    /// Writes the detail's camera into the view matrix.
     void updateDetailCamera(MatrixState& matrices);
-    /// The map's, which sees the whole dome from in front.
+    /// The same for the map's, which sees the whole dome from the front.
     static void updateMapCamera(MatrixState& matrices);
 
     // Gestures and frames.
@@ -34,7 +34,7 @@ struct MultiViewMapMotion final : Motion {
     Relaxed<float> _yaw = 0.0f;      // turn of the dome in the detail, degrees
     Relaxed<float> _travel = 0.0f;   // along the path; tens of degrees above 0
     Relaxed<bool> _fingerUp = true;  // no finger holds the detail
-    Relaxed<int> _activePane = 0;    // took the last touch: 1 the map, 0 the detail
+    Relaxed<int> _activePane = 0;    // which took the last touch: 1 the map, 0 the detail
     Relaxed<bool> _autoRotate = false;
     Relaxed<float> _autoRotateSpeed = 1.0f;
 

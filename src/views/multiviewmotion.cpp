@@ -56,7 +56,7 @@ void MultiViewMotion::updatePaneCamera(int p, MatrixState& matrices) {
     matrices.rotateView(elevation, 1, 0, 0);
     matrixTranslate(matrices._viewMatrix, 0, baseMoveY * k + baseMoveY, baseMoveZ * k + baseMoveZ);
     _pan[p].update(wrapOncePositive);
-    // All panes that turn go on by a step with each pane that is drawn.
+    // Each pane that is drawn steps all panes that turn.
     if (_autoRotate) stepAutoRotate();
     matrices.rotateView(_pan[p] + basePan[p], 0, 0, 1);
 }

@@ -17,7 +17,7 @@ struct MultiViewMotion final : Motion {
     // Setter's thread.
     /// Stops the pane under the point.
     bool touchDown(float x, float y) override;
-    bool touchUp(float, float) override { return true; }  // asks for a redraw, no more
+    bool touchUp(float, float) override { return true; }  // only asks for a redraw
     /// Enlarges the pane under the point, or goes back to the grid.
     bool doubleTap(float x, float y) override;
     /// Turns and tilts the enlarged pane, otherwise the one under the second point.
@@ -27,7 +27,7 @@ struct MultiViewMotion final : Motion {
 
     /// Divides the surface of `_size`. Render thread.
     void layoutPanes();
-    /// One step of pane `p`, and its camera into the view matrix. Render thread.
+    /// Steps pane `p` and writes its camera into the view matrix. Render thread.
     void updatePaneCamera(int p, MatrixState& matrices);
 
     /// The pane of the grid at a point, -1 if none. Any thread.

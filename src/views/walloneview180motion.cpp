@@ -11,7 +11,7 @@ constexpr float softYawLimit = 37.0f;  // where the spring lets go
 constexpr float softPitchLimit = 0.5f;
 constexpr float springStep = 0.3f;  // a frame
 
-// Only whole steps: the angle comes to rest less than one outside the limit.
+// Only whole steps: the angle comes to rest less than a step outside the limit.
 float sprungBack(float angle, float softLimit) {
     return std::fabs(angle) >= softLimit + springStep ? angle - std::copysign(springStep, angle) : angle;
 }

@@ -5,7 +5,7 @@
 
 namespace zet::ZETShow {
 
-/// The camera of the wall view that begins flat, and the spring that takes it back towards the middle where no finger
+/// The camera of the wall view that begins flat, and the spring that takes it back towards the middle when no finger
 /// holds it. Gestures and frames change its numbers, `WallOneView180Render` draws them.
 struct WallOneView180Motion final : WallZoom {
     WallOneView180Motion() : WallZoom(wallOne180Zoom) {}
@@ -13,7 +13,7 @@ struct WallOneView180Motion final : WallZoom {
     /// A finger on the surface holds the view. Setter's thread.
     bool touchDown(float x, float y) override;
     bool touchUp(float x, float y) override;  // Setter's thread.
-    /// One frame of the spring and of all else that moves. Render thread.
+    /// One frame of the spring and of `WallZoom`. Render thread.
     void step() override;
 
     Relaxed<bool> _fingerUp = true;  // no finger is on the surface

@@ -14,14 +14,14 @@ struct WallThreeViewMotion final : Motion {
 
     /// Divides the surface of `_size`.
     void layoutPanes();
-    /// A frame's camera of pane 0, then of pane 2, which takes its shift from it: view and projection.
+    /// View and projection of pane 0, then of pane 2, in each frame: pane 2 takes its shift from pane 0.
     void updatePaneCamera(int p, MatrixState& matrices);
-    /// The panorama's, which looks at a flat quad.
+    /// The same for the panorama, a flat quad.
     static void updatePanoramaCamera(MatrixState& matrices);
 
     SurfaceSize _size;
     Viewport _paneRects[3];
-    /// Half width of the frustum of the panes above, a whole number; 0, for a pane taller than wide, has no picture.
+    /// Half width of the frustum of the upper panes, a whole number. It is 0 for a pane taller than wide: no picture.
     float _aspect = 0.0f;
 
     float _yaw[3] = {};       // degrees, positive looks to the right

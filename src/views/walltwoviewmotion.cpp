@@ -13,15 +13,16 @@ namespace {
 constexpr float overviewEyeZ = 9.2000008f;  // the rim of radius 6 is seen well inside the pane
 
 constexpr float stepSize = 1.44f;            // degrees of the larger angle in one step of a movement
-constexpr float farthest = 36000.0f;         // degrees: no finger asks for more, and no frame waits for more steps
+constexpr float farthest = 36000.0f;         // degrees: more than any finger asks for, and bounds the steps of a call
 constexpr double dragSensitivity = 0.15;     // degrees a pixel
 constexpr float dragPart = 0.2f;             // of that
 constexpr float flingTurn = 3.0f * 0.1125f;  // degrees a frame, for a thousand pixels a second
 constexpr float flingYaw = 1.2f;             // of that, in yaw
-constexpr float aimSlack = 5.0f;             // degrees: an aim may be so far beyond the diamond
+constexpr float aimSlack = 5.0f;             // degrees that an aim may lie beyond the diamond
 constexpr float aimShrink = 0.91f;
 
-// Draws a place along a side of the overview outward from the middle, so that the edge is reached a `band` before it.
+// Moves a place along a side of the overview outward from the middle: `band` before the edge it already counts as the
+// edge.
 float stretchToEdges(float place, float length, float end, float band) {
     const float gain = length / (length - 2.0f * band);
     if (place < band) return 0.0f;
@@ -30,8 +31,8 @@ float stretchToEdges(float place, float length, float end, float band) {
     return place > length - band && place < length ? end : place;
 }
 
-// Adds to an angle as long as it is within the limit; the other one gives way, so that both stay in the diamond. A last
-// step may lead beyond: then there is less than no room, and both cases below apply.
+// Adds to an angle as long as it is within the limit. The other angle gives way, so that both stay in the diamond. A
+// last step may lead beyond the limit: then `room` is negative, and both cases below can apply.
 void addWithinDiamond(Relaxed<float>& angle, Relaxed<float>& other, float d) {
     if ((angle > viewLimit && d > 0.0f) || (angle < -viewLimit && d < 0.0f)) return;
     angle += d;
@@ -90,7 +91,7 @@ void WallTwoViewMotion::aimView(float x, float y) {
     const float fromRight = static_cast<float>(width / 2) - x;
     const float fromBottom = h - y;
 
-    // The middle of each edge of the overview is a way to exactly that end of the diamond.
+    // The middle of an edge of the overview aims at exactly that corner of the diamond.
     const bool atMiddleX = std::fabs(fromRight - middleX) < w / 200.0f;
     const bool atMiddleY = std::fabs(fromBottom - middleY) < h / 100.0f;
     if (atMiddleY && (fromRight < w / 200.0f || fromRight > w * 0.495f)) {
@@ -112,7 +113,7 @@ void WallTwoViewMotion::aimView(float x, float y) {
     while (std::fabs(yaw) + std::fabs(pitch) > viewLimit + aimSlack) {
         yaw *= aimShrink;
         pitch *= aimShrink;
-        if (!shrinksOn) break;  // what is left is up to the diamond
+        if (!shrinksOn) break;  // `addWithinDiamond` does the rest
     }
     moveView(pitch - _pitch, yaw - _yaw);
 }
@@ -121,7 +122,7 @@ void WallTwoViewMotion::moveView(float dPitch, float dYaw) {
     const float pitch = clampBothWays(dPitch, farthest);
     const float yaw = clampBothWays(dYaw, farthest);
     const float n = std::max({std::fabs(pitch) / stepSize, std::fabs(yaw) / stepSize, 1.0f});
-    // The count goes by the size of a step, not by 1: a large movement stops short of its end.
+    // The count grows by the size of a step, not by 1: a large movement stops short of its end.
     float i = 0.0f;
     do {
         addWithinDiamond(_pitch, _yaw, pitch / n);

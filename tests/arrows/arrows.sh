@@ -5,7 +5,7 @@ set -euo pipefail
 allowed=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/allowed.txt
 cd "$1"
 
-# Files of the project, so that an include can be told from one of the system.
+# Files of the project: all other includes are the system's.
 list=$(mktemp)
 trap 'rm -f "$list"' EXIT
 find include src player -name '*.h' -o -name '*.cpp' | LC_ALL=C sort >"$list"

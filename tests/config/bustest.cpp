@@ -1,4 +1,4 @@
-// The bus: what reaches whom, when, and what a value's memory may count on; and the door of those whom it reaches.
+// The bus: what reaches whom and when, how long a value's memory lives; and the door of its observers.
 
 #include <gmock/gmock.h>
 #include <malloc.h>
@@ -29,12 +29,12 @@ protected:
     void* observe(unsigned mask, Call call) {
         const auto callback = [call](DisplayConfig&, Delivery& delivery) {
             call(delivery);
-            return -1;  // nobody looks
+            return -1;  // ignored
         };
         return bus.registObserver(id, callback, nullptr, mask);
     }
     int end(void* handle) { return bus.unRegistObserver(handle); }
-    /// With each NUL that stands in the block.
+    /// Includes each NUL of the block.
     static std::string block(const Delivery& delivery) {
         return {static_cast<char*>(delivery.getData()), static_cast<std::size_t>(delivery.getBlockSize())};
     }
@@ -73,7 +73,7 @@ TEST_F(Bus, callsThoseWhoseMaskMeetsTheEventWord) {
     note(DCFG_FLAG_REPLAY, none);
     void* const handle = note(setting | DCFG_FLAG_READ, readable);
     bus.setConfig(id, 1.0f);
-    bus.setConfig(id, 1.0f);  // an equal value is an occurrence too
+    bus.setConfig(id, 1.0f);  // an equal value is an event too
     EXPECT_EQ(bus.readConfig(id, read), -1) << "nobody has answered";
     EXPECT_THAT(event, ElementsAre(3, 3));
     EXPECT_THAT(readable, ElementsAre(3, 3, 4));
@@ -265,7 +265,7 @@ TEST(Door, closesWhenTheLastIsOut) {
     door.open();
     std::optional<Door::Pass> inside(std::in_place, door);
     const auto closed = std::async(std::launch::async, [&] { door.close(); });
-    while (Door::Pass(door)) std::this_thread::yield();  // from now on nobody follows
+    while (Door::Pass(door)) std::this_thread::yield();  // from now on nobody can enter
     EXPECT_EQ(closed.wait_for(5ms), std::future_status::timeout) << "somebody is still inside";
     inside.reset();
 }

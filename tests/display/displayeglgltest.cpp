@@ -1,4 +1,4 @@
-// What remains when a call to EGL fails, and what is tried again.
+// After a failed call to EGL: what remains, and what is tried again.
 
 #include <atomic>
 #include <thread>
@@ -102,7 +102,7 @@ TEST_F(EglFailure, toMakeCurrentIsTriedAgainWithTheSwapInterval) {
     EXPECT_EQ(eglCalls(EglCall::swapInterval), 1) << "the second sets the interval";
     setFrame();
     EXPECT_EQ(eglCalls(EglCall::makeCurrent), 3);
-    drawOut();  // each draw tries, and swaps whether it helped or not
+    drawOut();  // each draw tries, and swaps even if the try fails
     EXPECT_GT(eglCalls(EglCall::makeCurrent), 33);
 
     resetEgl();

@@ -121,7 +121,7 @@ TEST_F(DisplayGl, takesWindowsAsTheyCome) {
     const CallLog log;
     setWindow();
     EXPECT_EQ(log.count("~Render _program"), 1) << "the same handle rebuilds the view";
-    setFrame(redFrame);  // undrawn, and gone with its window
+    setFrame(redFrame);  // not drawn, and lost with its window
     setWindow();
     expectShown(shown(blueFrame), blue, "again");
 

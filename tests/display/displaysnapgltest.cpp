@@ -178,7 +178,7 @@ TEST_F(SnapGl, leavesTheWholeOfACutFrameToThePlayer) {
         Snap snap(120, 80);
         take(snap, true, one.postProcess);
         EXPECT_EQ(snap.record.height, one.height) << one.name;
-        Bytes expected(snap.bytes.size(), 77);  // rows stand as the player has left them
+        Bytes expected(snap.bytes.size(), 77);  // rows are as the player has left them
         for (std::size_t i = 0; i < 120 * 80 * 4; ++i) expected[i] = static_cast<std::uint8_t>(i % 251);
         if (one.written) filterData(someTime, expected.data(), 120, 80, 120 * 4, fontFile, 26);
         EXPECT_TRUE(snap.bytes == expected) << one.name;

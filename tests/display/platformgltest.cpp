@@ -1,5 +1,5 @@
-// Where a display draws: windows that are none, EGL that is the player's too, memory without a screen, a server that
-// dies.
+// Where a display draws: into handles that name no window, beside a player that uses EGL too, into memory without a
+// screen, on a server that dies.
 
 #include <EGL/egl.h>
 #include <gmock/gmock.h>
@@ -221,8 +221,8 @@ TEST_F(PlatformGl, outlivesItsServer) {
         });
         const int before = swapsEnded();
         waitForSwaps(3 + i % 3, before);
-        // Between two swaps; or when the module has just found the server well, and the driver is about to swap; or
-        // when the driver has found out just before, which leaves it in an endless loop.
+        // The server dies between two swaps; or after the module has checked it and before the driver swaps; or just
+        // before, when the driver has noticed it, which leaves the driver in an endless loop.
         const SwapHook hook([&] {
             if (i % 3 == 0) return;
             server.kill();

@@ -1,4 +1,4 @@
-// Any bytes as a BMP file: what is called sound lies whole inside them, everything else leaves the picture alone.
+// Any bytes as a BMP file. A picture that is accepted lies entirely inside them; a refused one changes nothing.
 
 #include <cstdlib>
 
@@ -30,7 +30,7 @@ void check(const std::uint8_t* data, std::size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     check(data, size);
     if (size < 6) return 0;
-    // Once more with an honest size, which few mutants keep.
+    // Once more with the correct file size, which few mutants keep.
     std::vector<std::uint8_t> honest(data, data + size);
     for (std::size_t i = 0; i < 4; ++i) honest[2 + i] = static_cast<std::uint8_t>(size >> 8 * i);
     check(honest.data(), size);

@@ -1,5 +1,5 @@
-// Records from outside, set on the bus in any order and form, in every view; lens regions and faces of frames. Whatever
-// they hold, the numbers that get drawn are finite.
+// Records from outside, set on the bus in any order and form, in every view; lens regions and faces of frames. The
+// numbers that are drawn must stay finite.
 
 #include <fuzzer/FuzzedDataProvider.h>
 

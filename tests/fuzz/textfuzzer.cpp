@@ -23,7 +23,7 @@ void checkFace(const zet::FaceItem& face) {
 }
 
 void checkMetadata(const std::string& text) {
-    // The reader takes the name of a file: one in memory.
+    // The reader takes a file name: give it a file in memory.
     static const int file = memfd_create("metadata", 0);
     expect(ftruncate(file, 0) == 0 && pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
     try {

@@ -18,7 +18,7 @@ TEST(BmpFile, tellsSoundFromBrokenFromForeign) {
     const struct {
         const char* name;
         int width, height, bits;
-        int size;  // of the file, which says so itself unless a lie says otherwise
+        int size;  // of the file; its header says the same unless a lie replaces it
         std::vector<std::pair<int, std::int64_t>> lies;
         ZETShow::BmpVerdict verdict;
     } cases[] = {
@@ -69,7 +69,7 @@ TEST(BmpFile, readsOnlyRegularFiles) {
         EXPECT_EQ(readFile((folder.path / name).c_str()), Bytes()) << name;
     }
     ASSERT_EQ(chmod(file.c_str(), 0), 0);
-    const bool wasRoot = geteuid() == 0 && seteuid(65534) == 0;  // who reads everything
+    const bool wasRoot = geteuid() == 0 && seteuid(65534) == 0;  // root can read every file
     EXPECT_EQ(readFile(file.c_str()), Bytes());
     EXPECT_TRUE(!wasRoot || seteuid(0) == 0);
 }

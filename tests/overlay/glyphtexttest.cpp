@@ -68,7 +68,7 @@ TEST(GlyphText, takesNoFontThatIsNone) {
         Bytes damaged = font;
         for (int i = 0; i < 4 << variant % 12; ++i) {
             noise = noise * 1103515245u + 12345u;
-            // Every other time among the tables' heads and the numbers that scale all glyphs.
+            // Every other time in the first 1000 bytes: the tables' headers and the numbers that scale all glyphs.
             damaged[(noise >> 8) % (variant % 2 ? damaged.size() : 1000)] = static_cast<std::uint8_t>(noise >> 3);
         }
         take(damaged);

@@ -17,7 +17,7 @@ namespace zet::test {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// For the files of one case, which go with it. Other cases run at the same time in folders of their own.
+/// For the files of one case, deleted with it. Other cases run at the same time in folders of their own.
 struct Folder {
     Folder() { std::filesystem::create_directories(path); }
     ~Folder() { std::filesystem::remove_all(path); }

@@ -21,7 +21,7 @@ struct View {
     double scale = 1;
 };
 
-// Changes the colour that stands at a place. False: no telling to which side of a rim the place belongs.
+// Changes the colour of a place. False: the place is too close to a rim to know its side.
 using Drawing = std::function<bool(double x, double y, Color& color)>;
 
 void blend(Color& below, const Color& above, double share) {

@@ -17,7 +17,7 @@ namespace {
 
 using ZETShow::filterData;
 
-const int zone = setenv("TZ", "EST5", 1);  // before anybody asks for the time
+const int zone = setenv("TZ", "EST5", 1);  // before the first use of the time
 constexpr int rgba = 26;
 constexpr std::int64_t someTime = 1700000000999;  // 2023-11-14 22:13:20 UTC
 const char* const someText = "2023-11-14 17:13:20";
@@ -107,7 +107,7 @@ TEST(TextFilter, leavesThePictureWholeAndSaysWhy) {
         {noFont, failed + noFont + tail},
         {pipe, failed + pipe + tail},  // nobody writes
         {std::string(5000, 'x'), refused + "5000 bytes \r\n"},
-        {std::string(2100, ':'), refused + "2100 bytes \r\n"},  // too long only once escaped
+        {std::string(2100, ':'), refused + "2100 bytes \r\n"},  // too long only after escaping
     };
     for (const auto& [font, line] : cases) {
         const CallLog log;

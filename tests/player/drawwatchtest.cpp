@@ -6,8 +6,8 @@ namespace zetplay {
 namespace {
 
 TEST(DrawWatch, knowsWhichNoticeIsTheFrames) {
-    // A request (its parts are < and >), the set of a frame from its begin to its end, notices (d); a wait in vain, and
-    // the draw that was due (s).
+    // r is a request, < its begin and > its end; b and e begin and end the set of a frame; d is a notice; w is a wait
+    // in vain, s the draw that was due then.
     const struct {
         const char* name;
         std::string events;

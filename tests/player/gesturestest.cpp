@@ -27,7 +27,7 @@ struct Notes {
 TEST(Gestures, comeFromThePathsOfFingers) {
     const struct {
         const char* name;
-        const char* path;  // what happens, to which finger, where (x, y), and when
+        const char* path;  // event, finger, place (x, y), time
         const char* expected;
     } cases[] = {
         {"a drag that rests before it ends", "down 1 10 20 0  move 1 60 20 0.05  move 1 90 25 0.1  up 1 90 25 0.5",

@@ -36,7 +36,7 @@ protected:
         std::unique_lock lock(_mutex);
         EXPECT_TRUE(_changed.wait_for(lock, 20s, [&] { return _shown.size() >= count; })) << count;
     }
-    /// How many pictures have been shown when no more come; they would at every 40 ms.
+    /// Waits until no more pictures come, one of which would come every 40 ms, and returns how many were shown.
     std::size_t waitQuiet() {
         std::unique_lock lock(_mutex);
         std::size_t count = _shown.size();
@@ -131,7 +131,7 @@ TEST(Playback, drawsTheLastPictureBeforeItTellsOfDamage) {
     const Options options = optionsFor(scratch.write("cut.y4m", quarteredVideo(64, 32, 3).substr(0, 7000)));
     Session session(options);
     zet::DisplayConfigKit observers(&session.driver.bus());
-    // Redraws are owed, so that the draw within the set need not be the frame's.
+    // Redraws are owed: the draw during the set may not be the frame's.
     const auto ask = [&](zet::DisplayConfig&, zet::DisplayConfigUserData&) {
         session.driver.requestRedraw();
         return 0;

@@ -16,7 +16,7 @@ struct AVCodec;
 
 static std::set<std::string> missingEncoders;
 
-// The linker puts this in the operation's place.
+// The original: the linker puts this file's function in its place.
 extern "C" const AVCodec* __real_avcodec_find_encoder_by_name(const char* name);
 extern "C" const AVCodec* __wrap_avcodec_find_encoder_by_name(const char* name) {
     return missingEncoders.contains(name) ? nullptr : __real_avcodec_find_encoder_by_name(name);
@@ -83,12 +83,12 @@ SDL_Event fingerAt(Uint32 type, SDL_FingerID finger, float x, float y) {
     return event;
 }
 
-/// Through the queue's own door: SDL puts its own time on events that are pushed.
+/// SDL_PeepEvents keeps the event's time; SDL_PushEvent would overwrite it.
 void happen(SDL_Event event) {
     SDL_PeepEvents(&event, 1, SDL_ADDEVENT, 0, 0);
 }
 
-/// A session on a window that nobody sees. What reaches the bus is noted as a script would write it.
+/// A session on a hidden window. What reaches the bus is noted in the words of a script.
 class OnBus : public testing::Test {
 protected:
     OnBus() {

@@ -22,7 +22,7 @@ namespace {
 // Luma and chroma; none of the colours is out of range.
 constexpr int quarters[4][3] = {{90, 110, 190}, {140, 70, 60}, {60, 210, 120}, {200, 50, 150}};
 
-// What FFmpeg would tell of damaged files is what the tests ask for.
+// The tests damage files on purpose: FFmpeg's messages about them are noise.
 const bool quiet = (showMediaLog(false), true);
 
 }  // namespace
@@ -60,7 +60,7 @@ void repack(const std::string& from, const std::string& to) {
     stream->codecpar->codec_tag = avcodec_pix_fmt_to_codec_tag(AV_PIX_FMT_YUV420P);
     stream->time_base = input->streams[0]->time_base;
     avio_open(&output->pb, to.c_str(), AVIO_FLAG_WRITE);
-    av_opt_set(output->priv_data, "allow_raw_vfw", "1", 0);  // what Matroska wants to be asked
+    av_opt_set(output->priv_data, "allow_raw_vfw", "1", 0);  // Matroska refuses raw video without it
     if (avformat_write_header(output, nullptr) < 0) throw std::runtime_error(to);
     const PacketHandle packet(av_packet_alloc());
     for (; av_read_frame(input, packet.get()) >= 0; av_packet_unref(packet.get())) {

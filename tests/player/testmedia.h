@@ -27,10 +27,10 @@ private:
 /// A .y4m file of these pictures, 25 a second; `form` is their chroma and range.
 std::string y4m(int width, int height, const std::string& form, const std::vector<std::string>& pictures);
 constexpr const char* fullRange = "C420jpeg XCOLORRANGE=FULL";
-/// Puts the pictures of one file into another, whose container goes by the name's ending.
+/// Copies the pictures of one file into another; the name's ending chooses the container.
 void repack(const std::string& from, const std::string& to);
 
-/// A named pipe that gives `content`, at most 64 KB, and then nothing more: it does not end either.
+/// A named pipe that gives `content`, at most 64 KB, and then neither data nor an end.
 class Pipe {
 public:
     Pipe(const std::string& path, const std::string& content);

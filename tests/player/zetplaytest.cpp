@@ -98,7 +98,7 @@ TEST_F(Zetplay, tellsWhatCannotBeWritten) {
         << "no descriptor is anybody else's";
     const std::string shot = contents(_scratch.path("shot.png"));
     EXPECT_EQ(shot.substr(1, 3), "PNG");
-    // No file can be larger than a few kilobytes, which stands for a disk that fills up.
+    // No file can be larger than a few kilobytes, as on a disk that fills up.
     const Result full =
         run("good.y4m --frames 1 --shot shot.png", "sh -c 'trap \"\" XFSZ; ulimit -f 4; exec \"$@\"' sh");
     EXPECT_EQ(full.status, 1);
@@ -117,7 +117,7 @@ TEST_F(Zetplay, tellsWhatCannotBeWritten) {
 
 TEST_F(Zetplay, endsCleanlyWhereTheInputDoesNot) {
     const Pipe pipe(_scratch.path("pipe"), _video);
-    // Killed where it doesn't end of itself.
+    // Killed if it doesn't end by itself.
     EXPECT_EQ(run("pipe --shot shot.png", "timeout --preserve-status -s INT -k 5 2").status, 130);
     expectQuarters(readImage("shot.png"), false);
 }
@@ -258,7 +258,7 @@ void expectRecorded(const Picture& picture) {
         const auto at = static_cast<std::size_t>((quarter / 2 ? 60 : 20) * 160 + (quarter % 2 ? 120 : 40));
         const auto [red, green, blue] = shownColour(quarter);
         const auto expected = Coding{0.2126, 0.0722, false}.toSamples({red / 255, green / 255, blue / 255});
-        // 4: what the codec loses.
+        // 4: loss of the codec.
         EXPECT_NEAR(picture.y[4 * (at / 160) * 160 + 2 * (at % 160)], expected[0], 4) << quarter;
         EXPECT_NEAR(picture.u[at], expected[1], 4) << quarter;
         EXPECT_NEAR(picture.v[at], expected[2], 4) << quarter;
@@ -282,7 +282,7 @@ TEST_F(Zetplay, recordsEachFrameOnceAtItsTimeAndKeepsWhatIsCutShort) {
         {"good.y4m --size 320x160 --script resize.txt", "", 0, 8, 8, ""},
         {"good.y4m --size 320x160 --loop", "timeout --preserve-status -s INT 2", 130, 10, 2000, ""},
         {"cut.y4m --size 320x160", "", 1, 8, 8, "zetplay: cut\\.y4m: damaged[^\n]+\n"},
-        // A place that is full after 30 000 bytes.
+        // A disk that is full after 30 000 bytes.
         {"good.y4m --size 320x160 --loop", "prlimit --fsize=30000 env --ignore-signal=XFSZ", 1, 10, 2000,
          "zetplay: r\\.mp4: File too large\n"},
     };

@@ -18,7 +18,7 @@ using Exact = std::array<double, 16>;
 constexpr Matrix identity = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 const Matrix some = {1.5f, -2, 3, 0.25f, 0.5f, 4, -1, 2, -3, 0.75f, 2, 1, 5, -6, 7, 0.5f};
 
-// Row r of column c stands at 4 * c + r.
+// Row r of column c is at 4 * c + r.
 Exact product(const auto& a, const auto& b) {
     Exact result = {};
     for (std::size_t i = 0; i < 64; ++i) {
@@ -38,7 +38,7 @@ TEST(Matrix, multipliesInDoubleAlsoInPlace) {
     EXPECT_EQ(left, right);
 }
 
-// What the views rest on shows in their pixels; these don't.
+// Errors in what the views use would show in their pixels; errors in these would not.
 TEST(Matrix, turnsWithThePiOfTheViewsAndScalesByALongAxis) {
     Matrix m = identity;
     matrixRotate(m.data(), 90, 0, 0, 1);

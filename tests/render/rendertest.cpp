@@ -1,4 +1,4 @@
-// What the bus makes of gestures and settings, and inertia: all without a display, GL or a screen.
+// How gestures and settings get from the bus to a view, and inertia: all without a display, GL or a screen.
 
 #include <gmock/gmock.h>
 

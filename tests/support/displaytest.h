@@ -18,29 +18,29 @@ protected:
     void TearDown() override { stop(); }
 
     void start() { display = CreateZETDisplay(&bus, &global); }
-    /// A display with a window, in the view that was set before, at first the flat one.
+    /// A display with a window, in the view that was set before; the flat one by default.
     void start(int width, int height) {
         window.emplace(width, height);
         start();
         setWindow();
     }
     void setWindow() { bus.setConfig(DCFG_WINDOW_INSTANCE, window->handle()); }
-    /// At the end of a test whose hooks use its local variables.
+    /// Call it at the end of a test whose hooks use its local variables.
     void stop() {
         display.reset();
         resetEgl();
     }
-    /// Waits until everything that has been set by now is drawn: of two further draws the second began after it.
+    /// Waits until everything set so far is drawn: the second of two further draws began after it was set.
     void redraw() { requestAndWait(2); }
-    /// Returns when the render thread stands in one of its waits. What was about to be drawn is put off.
+    /// Returns when the render thread is in one of its waits. A draw that is still owed is dropped.
     void rest() { bus.setConfig(DCFG_SNAP, nullptr); }
-    /// Draws at least 30 times what has been set by now, and until no draw is owed.
+    /// Makes at least 30 draws of what has been set, until none is owed.
     void drawOut() {
         requestAndWait(1);  // this draw may have begun before
         requestAndWait(30);
-        rest();  // a turn that is left has been taken by now, and goes
+        rest();  // drops a draw that is still owed
     }
-    /// Acts just behind a draw, and again if another one comes before it is done.
+    /// Acts right after a draw, and again if another draw came during the act.
     template <typename Act>
     void actBetweenDraws(const Act& act) {
         for (int swaps = -1; swaps != swapsEnded();) {
@@ -55,7 +55,7 @@ protected:
         return shown();
     }
     Picture shown() {
-        requestAndWait(3);  // a swap may end before its picture stands in the window; that of the one before does
+        requestAndWait(3);  // a swap may end before its picture is in the window; the picture before it is there
         return window->grab();
     }
     float scale() {

@@ -96,7 +96,7 @@ ZET_WRAP(eglQuerySurface, querySurface, (EGLDisplay display, EGLSurface surface,
          (display, surface, attribute, value))
 ZET_WRAP(eglSwapInterval, swapInterval, (EGLDisplay display, EGLint interval), (display, interval))
 
-// Where this fails the module turns to eglGetDisplay: that one counts.
+// Not counted: where it fails the module calls eglGetDisplay, which is counted.
 ZET_DECLARE(eglGetPlatformDisplay);
 EGLDisplay __wrap_eglGetPlatformDisplay(EGLenum platform, void* native, const EGLAttrib* attributes) {
     if (of(EglCall::getDisplay).fails) return EGL_NO_DISPLAY;

@@ -4,9 +4,8 @@
 
 namespace zet::test {
 
-/// EGL functions that pass through the tests: counted, and made to fail. `makeCurrent` means only the calls that make
-/// a context current, not those that let it go. `shaderSource` is GL's: when it fails, the shader gets a text that
-/// doesn't compile.
+/// EGL functions that tests count and make fail. `makeCurrent` means only the calls that make a context current, not
+/// those that release it. `shaderSource` is GL's: when it fails, the shader gets a text that doesn't compile.
 enum class EglCall {
     getDisplay,
     initialize,
@@ -23,12 +22,12 @@ enum class EglCall {
 
 /// Calls of all displays since the start of the program or the last `resetEgl`.
 int eglCalls(EglCall call);
-/// Calls from now on fail, those of EGL without reaching it, until `resetEgl`.
+/// Calls fail from now on until `resetEgl`; those of EGL don't reach it.
 void failEgl(EglCall call);
 /// Nothing fails, counts are 0.
 void resetEgl();
 /// Runs a function on the render thread before each swap, with the context current and the display's lock held, until
-/// the hook goes. To be declared behind what the function uses: it doesn't run any longer then.
+/// the hook is destroyed. Declare it after what the function uses, so that the hook ends first.
 class SwapHook {
 public:
     explicit SwapHook(const std::function<void()>& function);

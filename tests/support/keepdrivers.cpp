@@ -1,5 +1,5 @@
-// Under the sanitizers no library is ever unloaded. Mesa's drivers leave memory behind that only their own variables
-// name; with the driver gone it would count as leaked, and its addresses would have no names in a report.
+// Under the sanitizers no library is ever unloaded. Mesa's drivers keep memory that only their own variables point to.
+// With the driver unloaded it would count as leaked, and reports would have no names for its addresses.
 extern "C" __attribute__((visibility("default"))) int dlclose(void*) {
     return 0;
 }

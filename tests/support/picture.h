@@ -29,7 +29,7 @@ struct Yuv {
     int v = 0;
 };
 
-/// What the module's fixed matrix makes of it: R = Y + 1.13983 V, G = Y - 0.39465 U - 0.58060 V, B = Y + 2.03211 U,
+/// Its colour by the module's default matrix: R = Y + 1.13983 V, G = Y - 0.39465 U - 0.58060 V, B = Y + 2.03211 U,
 /// with U and V from 127.5, each held within 0 to 255.
 Color toColor(double y, double u, double v);
 inline Color toColor(const Yuv& yuv) {

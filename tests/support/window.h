@@ -8,8 +8,8 @@ struct _XDisplay;  // X11's own header brings macros along
 
 namespace zet::test {
 
-/// A bare window on the X screen, above all others and seen when the constructor returns. One thread, and the
-/// constructor not while a display starts: libXau, which both sides connect with, is not for two threads at a time.
+/// A bare window on the X screen, above all others and visible when the constructor returns. One thread. Don't
+/// construct one while a display starts: both connect through libXau, which is not thread-safe.
 class Window {
 public:
     Window(int width, int height, int x = 0, int y = 0);

@@ -37,7 +37,7 @@ public:
         _b = std::max(1 / fit, 1.0);
         _edge = 3 / look.scale * std::max(_a / 320, _b / 240);
     }
-    /// None within a pixel and a half of the picture's edge, where picture and bar mix.
+    /// No colour within a pixel and a half of the picture's edge, where picture and bar mix.
     PanesGl::Wanted at(double x, double y) const {
         if (std::abs(beyond(x, y)) < _edge) return std::nullopt;
         if (beyond(x, y) > 0) return _look.clear;

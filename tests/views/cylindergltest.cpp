@@ -7,7 +7,7 @@ namespace {
 struct Shape {
     const char* name;
     RenderMode mode;
-    double rimZ, height;  // of the axis: where the rim stands, how far the shape reaches down from it
+    double rimZ, height;  // along the axis: where the rim is, how far the shape reaches down from it
     double roundness;     // k of its surface x^2 + y^2 + k z^2 = 36 under the rim
     double blend, innerRadius;
     double handedness;  // 1: the picture is the right way round on the outside, -1: on the inside
@@ -16,7 +16,7 @@ struct Shape {
         double lift, distance;  // of the eye, from the middle
     } atRest, atLower;
 
-    // The place that a ray meets first. The rim stands at `rimZ`.
+    // The place that a ray meets first.
     std::optional<Vec> hit(const Vec& from, const Vec& ray) const {
         for (const double side : {-1.0, 1.0}) {
             const Vec place = meet(from + Vec{0, 0, -rimZ}, ray, roundness, side);
@@ -60,7 +60,7 @@ struct CylinderGl : PanesGl {
         };
         compareAll(std::string(shape.name) + what, [&](double x, double y) -> Wanted {
             const std::optional<Vec> place = hit(x, y);
-            // The mesh is a polygon and its edges lie a little inside the circle's.
+            // The mesh is a polygon, and its edges lie a little inside the circle.
             for (const double dx : {-0.01, 0.0, 0.01}) {
                 for (const double dy : {-0.01, 0.0, 0.01}) {
                     const std::optional<Vec> beside = hit(x + dx, y + dy);
@@ -72,7 +72,7 @@ struct CylinderGl : PanesGl {
         });
     }
 
-    // Chroma tells every place from every other, and steep waves of luma show a shift of two pixels.
+    // Chroma is different at every place; steep waves of luma show a shift of two pixels.
     const Frame waves{256, 256, [](int x, int y) {
                           const double right = 2 * M_PI * x / 256, down = 2 * M_PI * y / 256;
                           const double luma = 128 + 25 * std::sin(6 * right) + 25 * std::cos(5 * down);

@@ -1,4 +1,4 @@
-// A finger and the frames at once: what a gesture changes stays, as if no frame had come in between.
+// Gestures and frames at once: what a gesture changes must stay, as if no frame had come in between.
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ TEST(Motions, loseNoGestureToAFrame) {
     wall.step();
     wall.doubleTap(0, 0);
     for (int i = 0; i < 200; ++i) wall.step();
-    wall._pitch = 0.6f;  // within a step of where the spring lets go: it works and changes nothing
+    wall._pitch = 0.6f;  // within a step of where the spring lets go: it runs and changes nothing
     const auto dragAside = [](WallOneView180Motion& motion, float way) { motion.drag(300, 300, 300 + 8 * way, 300); };
     expectNothingLost("wall", wall, dragAside, &WallOneView180Motion::_yaw);
 }

@@ -18,7 +18,7 @@ struct PanesGl : DisplayTest {
     struct Rect {
         int x, y, width, height;  // from the top left corner
     };
-    /// What a place has to show; none where that isn't looked at.
+    /// The colour that a place must have; none where it isn't checked.
     using Wanted = std::optional<Color>;
 
     /// The colour of the scene at a picture radius and the dome's angle clockwise from the top.

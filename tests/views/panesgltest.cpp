@@ -48,7 +48,7 @@ TEST_F(PanesGl, everyViewOutlivesAbsurdGesturesAndLeavesNothingOn) {
             << moved << "; the others stand still, or from far";
         bus.setConfig(DCFG_SCENE_BACKDROP, &halo);
         const bool isSolid = mode == RENDER_MODE_DRUM || mode == RENDER_MODE_BOWL;
-        // Enabled, the next view could stumble over it: an attribute is read from the memory of this one.
+        // An attribute left enabled would make the next view read this one's memory.
         std::atomic<int> leftOn = 0;
         const SwapHook hook([&leftOn, isSolid] {
             GLint attributes = 0;
@@ -103,7 +103,7 @@ TEST_F(MultiViewGl, eachPaneShowsItsSectorAndMovesAlone) {
     comparePane(shown(), {300, 0, 300, 240}, 0, 13.5, 0, "back in the grid");
 }
 
-// Of 600 by 501, where a map (or overview) and a detail stand side by side.
+// A window of 600 by 501 with a map (or overview) and a detail side by side.
 struct DetailAreaGl : PanesGl {
     // The map is brightened where the detail sees the dome.
     void comparePanes(const DomeCamera& detail, const DomeCamera& map, const std::string& what) {
@@ -196,7 +196,7 @@ TEST_F(WallThreeViewGl, showsLeftAndRightAndAPanorama) {
     const Picture tall = shown(frame);
     EXPECT_TRUE(near(tall.at(125, 225), {}, 0) && near(tall.at(375, 225), {}, 0)) << "clear where taller than wide";
     EXPECT_FALSE(near(tall.at(250, 675), {}, tolerance)) << "the panorama";
-    window->resize(40, 10);  // nothing stands
+    window->resize(40, 10);  // too small for any pane
     redraw();
     const int wholeFrame[] = {5000, 5000, 5000, 5000};
     Frame cut = frame;

@@ -1,4 +1,4 @@
-// The views that stand in panes, stepped without GL.
+// The views that are drawn in panes, stepped without GL.
 
 #include <gtest/gtest.h>
 

@@ -77,7 +77,7 @@ TEST_F(WallOneGl, wall180ShowsTheLensRegionAsItIs) {
     Frame tilted = smoothFrame(480, 320);
     tilted.record.lensRegion = region;
     startView(RENDER_MODE_WALL_180, 600, 420);
-    window->resize(10, 300);  // nothing stands
+    window->resize(10, 300);  // too narrow to draw
     shown(tilted);
     window->resize(600, 420);
     redraw();

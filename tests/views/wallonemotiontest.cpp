@@ -24,12 +24,12 @@ Gesture pinch(float factor) {
 Gesture drag(float x1, float y1, float x2, float y2) {
     return [=](WallZoom& zoom) { zoom.drag(x1, y1, x2, y2); };
 }
-// As many pinches and drags may do. Turns are held to what was allowed where the camera stood.
+// Sets what many pinches and drags may reach. Turns are limited by what was allowed at the camera's last place.
 Gesture ask(float eyeZ, float yaw = 0, float pitch = 0) {
     return [=](WallZoom& zoom) { std::tie(zoom._targetEyeZ, zoom._yaw, zoom._pitch) = std::tuple(eyeZ, yaw, pitch); };
 }
 
-// A gesture, and how the view stands some frames later.
+// A gesture, and the view's numbers some frames later.
 struct Scene {
     const char* what;
     Gesture gesture;

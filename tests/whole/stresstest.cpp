@@ -1,4 +1,4 @@
-// Many threads on one bus, displays that come and go under them, and what they leave behind.
+// Many threads on one bus while displays come and go, and what that leaves behind.
 
 #include <GLES2/gl2.h>
 
@@ -137,7 +137,7 @@ TEST_F(Stress, livesLeaveNothing) {
     const auto threads = entries("/proc/self/task"), descriptors = entries("/proc/self/fd");
     for (int i = 0; i < 100; ++i) live(i);
     EXPECT_EQ(entries("/proc/self/fd"), descriptors);
-    // A thread that has been joined may stand there a moment longer.
+    // A thread that has been joined may still be listed for a moment.
     const auto end = Clock::now() + 10s;
     while (entries("/proc/self/task") > threads && Clock::now() < end) std::this_thread::yield();
     EXPECT_LE(entries("/proc/self/task"), threads);
