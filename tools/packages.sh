@@ -14,7 +14,7 @@ packages=(
     # zetplay
     libsdl2-dev libx11-dev libxext-dev libavformat-dev libavcodec-dev libswscale-dev libpng-dev libcli11-dev nlohmann-json3-dev
     # Tests and benchmarks
-    libgtest-dev libgmock-dev libbenchmark-dev ffmpeg xdotool
+    weston libwayland-dev libgtest-dev libgmock-dev libbenchmark-dev ffmpeg xdotool
     # An X display for the tests, and how to ask for one
     xvfb x11-utils
 )

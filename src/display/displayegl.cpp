@@ -148,6 +148,8 @@ int Display::takeSurface() {
     eglSurfaceAttrib(_eglDisplay, _eglSurface, EGL_SWAP_BEHAVIOR, EGL_BUFFER_PRESERVED);
     eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (makeCurrent() != 0) return -1;
+    // A compositor asks a hidden window for no frames, and a swap would wait for that.
+    if (_wanted == Platform::Kind::wayland) eglSwapInterval(_eglDisplay, 0);
     if (_wanted == Platform::Kind::offscreen && !sizeIsDrawable(_offscreenSize)) {
         dropSurface();
         return -1;
