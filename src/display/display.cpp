@@ -21,10 +21,11 @@ Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigK
     // Before the thread starts, which connects to it.
     observe(DCFG_NATIVE_DISPLAY, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onNativeDisplay);
     observe(DCFG_OFFSCREEN_SIZE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onOffscreenSize);
+    const bool isOffscreen = _wanted == Platform::Kind::offscreen;
     run();
     // The mode before the window: a replay of both makes the view for the right mode.
     observe(DCFG_RENDER_MODE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onRenderModeChange);
-    if (_offscreenSize.width > 0) postTask([this] { return offscreenTask(&_offscreenSize); });
+    if (isOffscreen) postTask([this] { return offscreenTask(&_offscreenSize); });
     observe(DCFG_WINDOW_INSTANCE, DCFG_FLAG_VALUE | DCFG_FLAG_REPLAY, &Display::onWindowInstance);
     observe(DCFG_RENDER_REQUEST, DCFG_FLAG_EVENT, &Display::onRenderRequest);
     observe(DCFG_YUV_FRAME, DCFG_FLAG_EVENT, &Display::onRenderYUV420PData);
@@ -34,9 +35,9 @@ Display::Display(DisplayConfig* config, GlobalConfiger* global) : DisplayConfigK
 }
 
 void Display::release(Display* display) {
-    // What a stuck thread may still touch stays, and can be found here.
+    // What a stuck thread may still touch stays, until after the process's own end. It can be found here.
     static std::mutex mutex;
-    static std::vector<Display*> stuck;
+    static auto& stuck = *new std::vector<Display*>;
     if (display->end()) {
         delete display;
         return;
