@@ -38,6 +38,7 @@ public:
         }
     }
     ~Compositor() {
+        if (_compositor) wl_compositor_destroy(_compositor);
         if (connection) wl_display_disconnect(connection);
         kill();
         std::filesystem::remove_all(_folder);
@@ -48,7 +49,6 @@ public:
         _process = 0;
     }
     wl_surface* makeSurface() {
-        wl_compositor* found = nullptr;
         const wl_registry_listener listener = {
             [](void* user, wl_registry* registry, std::uint32_t name, const char* interface, std::uint32_t) {
                 if (std::strcmp(interface, "wl_compositor") != 0) return;
@@ -57,15 +57,16 @@ public:
             },
             [](void*, wl_registry*, std::uint32_t) {}};
         wl_registry* const registry = wl_display_get_registry(connection);
-        wl_registry_add_listener(registry, &listener, &found);
+        wl_registry_add_listener(registry, &listener, &_compositor);
         wl_display_roundtrip(connection);
         wl_registry_destroy(registry);
-        return found ? wl_compositor_create_surface(found) : nullptr;
+        return _compositor ? wl_compositor_create_surface(_compositor) : nullptr;
     }
 
     wl_display* connection = nullptr;
 
 private:
+    wl_compositor* _compositor = nullptr;
     std::string _folder;
     pid_t _process = 0;
 };
