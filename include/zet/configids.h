@@ -27,8 +27,8 @@ struct WithoutValue;  ///< kind of an identifier that carries nothing
 template <typename Value>
 class ConfigId {
 public:
-    explicit constexpr ConfigId(std::int64_t number) : _number(number) {}
-    constexpr operator std::int64_t() const { return _number; }
+    explicit constexpr ConfigId(std::int64_t number) : _number(number) {}  ///< as `displayConfigId` makes it
+    constexpr operator std::int64_t() const { return _number; }            ///< the bare number
 
 private:
     std::int64_t _number;

@@ -23,7 +23,7 @@ void MemoryWindow::waitForEvents(int timeoutMs) {
 void MemoryWindow::take() {
     EGLint width = 0;
     EGLint height = 0;
-    const EGLSurface surface = eglGetCurrentSurface(EGL_DRAW);
+    EGLSurface surface = eglGetCurrentSurface(EGL_DRAW);
     eglQuerySurface(eglGetCurrentDisplay(), surface, EGL_WIDTH, &width);
     eglQuerySurface(eglGetCurrentDisplay(), surface, EGL_HEIGHT, &height);
     const std::lock_guard lock(_mutex);

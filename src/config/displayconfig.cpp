@@ -112,7 +112,7 @@ int DisplayConfig::setConfigHelp(long* datas, int count, int* sizes, std::int64_
         if (sizes[i] <= 0 || datas[i] == 0) return -1;
         sum += sizes[i];
     }
-    if (sum > INT_MAX) return -1;
+    if (sum == 0 || sum > INT_MAX) return -1;
     char* block = new char[static_cast<std::size_t>(sum)];
     char* end = block;
     for (int i = 0; i < count; ++i) {

@@ -118,7 +118,7 @@ int Display::offscreenTask(const OffscreenSize* size) {
 
 // View and picture stay, as they do in a window that is resized.
 int Display::resizeOffscreen() {
-    const EGLSurface last = std::exchange(_eglSurface, nullptr);
+    EGLSurface last = std::exchange(_eglSurface, nullptr);
     if (makeSurface()) eglMakeCurrent(_eglDisplay, _eglSurface, _eglSurface, _eglContext);
     if (_eglSurface) {
         eglDestroySurface(_eglDisplay, last);

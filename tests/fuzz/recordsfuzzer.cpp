@@ -52,12 +52,12 @@ void draw(CommonMotion& motion, int width, int height) {
 void draw(HalfSphereMotion& motion, int width, int height) {
     motion._size.changeTo(width, height);
     motion.step();
-    expectFinite(motion.fratio(), motion.parallaxEyeZ(), motion._yaw, motion._travel);
+    expectFinite(motion.remoteness(), motion.parallaxEyeZ(), motion._yaw, motion._travel);
 }
 
 void draw(CylinderSideMotion& motion, int, int) {
     motion.step();
-    expectFinite(motion._eyeZ, motion._ptZm, motion._pan);
+    expectFinite(motion._eyeZ, motion._cut, motion._pan);
 }
 
 void draw(CylinderSphereMotion& motion, int, int) {
@@ -107,7 +107,7 @@ void draw(WallZoom& motion, int width, int height) {
     MatrixState matrices;
     motion.updateCamera(matrices);
     expectFinite(matrices);
-    expectFinite(motion._coff.x, motion._coff.z);
+    expectFinite(motion._stretch.x, motion._stretch.z);
 }
 
 /// Nothing is drawn here: a view's part in the bus, without its GL.
