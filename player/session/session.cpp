@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <system_error>
+#include <utility>
 
 #include "media/lensfinder.h"
 #include "session/views.h"
@@ -127,8 +128,9 @@ void Session::setView(int view) {
 
 void Session::renewWindow() {
     // The module must leave the old window before it is destroyed.
-    auto fresh = makeWindow(window->width(), window->height());
-    std::swap(fresh, window);
+    // One in memory stays: the module's thread takes its pictures there, and there is nothing else to renew.
+    std::unique_ptr<Window> last;
+    if (!options.headless) last = std::exchange(window, makeWindow(window->width(), window->height()));
     showWindow();
     retitle();
 }
